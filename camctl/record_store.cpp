@@ -1,0 +1,54 @@
+#include "camctl/record_store.h"
+
+#include <stdio.h>
+
+namespace {
+
+bool ArgumentsValid(const void* record, int32_t recordSize, const char* filePath) {
+  if (record && recordSize > 0 && filePath) return true;
+  // The record is not text: print where it is, not what it holds.
+  fprintf(stderr, "arg is wrong [a_conf:%p , a_confSize:%d , a_filePath=%s\n", record,
+          static_cast<int>(recordSize), filePath ? filePath : "(null)");
+  return false;
+}
+
+}  // namespace
+
+int ZrCamCtlReadConfFromFile(void* record, int32_t recordSize, const char* filePath) {
+  if (!ArgumentsValid(record, recordSize, filePath)) return -1;
+  FILE* file = fopen(filePath, "rb");
+  if (!file) {
+    fprintf(stderr, "fopen is failed [PATH:%s]\n", filePath);
+    return -2;
+  }
+  const size_t got = fread(record, 1, static_cast<size_t>(recordSize), file);
+  fclose(file);
+  if (got != static_cast<size_t>(recordSize)) {
+    fprintf(stderr, "fread is failed [sizeToRead:%d sizeToReaded:%d]\n", static_cast<int>(recordSize),
+            static_cast<int>(got));
+    return -3;
+  }
+  return recordSize;
+}
+
+int ZrCamCtlWriteConfToFile(const void* record, int32_t recordSize, const char* filePath) {
+  if (!ArgumentsValid(record, recordSize, filePath)) return -1;
+  FILE* file = fopen(filePath, "wb");
+  if (!file) {
+    fprintf(stderr, "fopen is failed [PATH:%s]\n", filePath);
+    return -2;
+  }
+  const size_t put = fwrite(record, 1, static_cast<size_t>(recordSize), file);
+  if (put != static_cast<size_t>(recordSize)) {
+    fprintf(stderr, "fwrite is failed [sizeToWrite=%d sizeToWritten=%d]\n", static_cast<int>(recordSize),
+            static_cast<int>(put));
+    fclose(file);
+    return -3;
+  }
+  // A full file system often shows only when the buffered bytes are flushed.
+  if (fclose(file) != 0) {
+    fprintf(stderr, "fclose is failed [PATH:%s]\n", filePath);
+    return -3;
+  }
+  return recordSize;
+}
