@@ -1,5 +1,7 @@
 // The "zrfisheyeset.cgi" program: fisheye correction geometry.
 #pragma once
 
-// Until the fisheye program is built in, its row has no function.
-[[gnu::weak]] int ZrFisheyeSet(char* errorBuffer);
+// Copies the posted geometry into the fisheye configuration file. Always 1:
+// the video daemon is signalled and the return page written even when the
+// file is missing.
+int ZrFisheyeSet(char* errorBuffer);

@@ -1,0 +1,45 @@
+#include "fisheye/fisheye_settings.h"
+
+#include <stdio.h>
+
+#include "cgi/cgi_request.h"
+#include "cgi/device_paths.h"
+#include "tcfg/tcfg_util.h"
+
+namespace {
+
+struct FisheyeKey {
+  const char* formKey;
+  const char* configKey;
+};
+
+// In the order the values are written. The source height has no form key:
+// its line is never changed here.
+constexpr FisheyeKey kFisheyeKeys[] = {
+    {"CenterX", "CENTER_X"},         {"CenterY", "CENTER_Y"},
+    {"OuterRadius", "OUTER_RADIUS"}, {"InnerRadius", "INNER_RADIUS"},
+    {"CenterRect", "CENTER_RECT"},   {"SrcStartX", "SRC_START_X"},
+    {"SrcStartY", "SRC_START_Y"},    {"SrcWidth", "SRC_WIDTH"},
+};
+
+}  // namespace
+
+int ZrFisheyeSet(char*) {
+  // The file is installed with the firmware; it is never created here.
+  tcfg* cfg = new_cfg(device::kFisheyeConfFile, false);
+  if (!cfg) {
+    fprintf(stderr, "Failed to create cfg [%s]\n", device::kFisheyeConfFile);
+    return 1;
+  }
+  load_cfg(cfg);
+  for (const FisheyeKey& key : kFisheyeKeys) {
+    char value[128];
+    // Written as posted: vmfd reads the numbers itself. A key missing from
+    // the file is skipped.
+    if (FormLookup(key.formKey, value, sizeof value) == LookupOk)
+      set_cfg_value(cfg, key.configKey, value);
+  }
+  save_cfg(cfg);
+  free_cfg(cfg);
+  return 1;
+}
