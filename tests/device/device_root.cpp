@@ -281,6 +281,17 @@ void DeviceRoot::Unmount(const std::string& devicePath) const {
   mounts_.erase(std::remove(mounts_.begin(), mounts_.end(), devicePath), mounts_.end());
 }
 
+void DeviceRoot::FillUp(const std::string& devicePath) const {
+  const int fd = open(HostPath(devicePath).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+  if (fd < 0) Die("open " + devicePath);
+  const std::string chunk(512, 'f');
+  while (write(fd, chunk.data(), chunk.size()) > 0) {
+  }
+  while (write(fd, chunk.data(), 1) > 0) {
+  }
+  close(fd);
+}
+
 Answer DeviceRoot::Post(const std::string& program, const std::string& body) const {
   Request r;
   r.body = body;

@@ -77,6 +77,8 @@ class DeviceRoot {
   void MountTmpfs(const std::string& deviceDirectory, const std::string& size) const;
   void BindReadOnly(const std::string& devicePath) const;
   void Unmount(const std::string& devicePath) const;
+  // Writes devicePath until its file system has no space left.
+  void FillUp(const std::string& devicePath) const;
 
   Answer Run(const std::string& program, const Request& request) const;
   Answer Post(const std::string& program, const std::string& body) const;
