@@ -6,7 +6,7 @@
 # executable are copied in; with one, the emulator and the target's
 # dynamic loader and C library are.
 set -eu
-root=$1 exe=$2 emulator=${3:-} sysroot=${4:-}
+root=$1 exe=$(readlink -f "$2") emulator=${3:-} sysroot=${4:-}
 
 # Hard links where the file system allows, copies elsewhere.
 put() { mkdir -p "$(dirname "$2")"; ln -f "$1" "$2" 2>/dev/null || cp -f "$1" "$2"; }
