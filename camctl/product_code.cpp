@@ -21,6 +21,25 @@ constexpr unsigned kNoHandlerMarker = 0x00020001;
 
 }  // namespace
 
+int ParseQefString(char* text, int keyOffset, char* out) {
+  char key[32];
+  snprintf(key, sizeof key, "QEF_STR%d=\"", keyOffset);
+  char* start = strstr(text, key);
+  if (!start) {
+    fprintf(stderr, "qet_get_and_init_pn_code():strstr(%s) error for start\n", key);
+    return -1;
+  }
+  start += strlen(key);
+  char* end = strstr(start, "\";");
+  if (!end) {
+    fprintf(stderr, "qet_get_and_init_pn_code():strstr(%s) error for end\n", "\";");
+    return -1;
+  }
+  *end = '\0';
+  snprintf(out, kPnCodeBufferSize, "%s", start);
+  return static_cast<int>(strlen(out));
+}
+
 int PnCodeUtilQefStrRead(char* out, int keyOffset) {
   if (keyOffset > 7) {
     fprintf(stderr, "PnCodeUtilQefStrRead():KeyOffset=%d error\n", keyOffset);
@@ -52,22 +71,7 @@ int PnCodeUtilQefStrRead(char* out, int keyOffset) {
   if (read(fd, work, kWorkBufferSize - 1) < 0) {
     fprintf(stderr, "qet_get_and_init_pn_code():read(%s) error \n", copyPath);
   } else {
-    char key[32];
-    snprintf(key, sizeof key, "QEF_STR%d=\"", keyOffset);
-    char* start = strstr(work, key);
-    if (!start) {
-      fprintf(stderr, "qet_get_and_init_pn_code():strstr(%s) error for start\n", key);
-    } else {
-      start += strlen(key);
-      char* end = strstr(start, "\";");
-      if (!end) {
-        fprintf(stderr, "qet_get_and_init_pn_code():strstr(%s) error for end\n", "\";");
-      } else {
-        *end = '\0';
-        snprintf(out, kPnCodeBufferSize, "%s", start);
-        length = static_cast<int>(strlen(out));
-      }
-    }
+    length = ParseQefString(work, keyOffset, out);
   }
   free(work);
   close(fd);

@@ -14,6 +14,11 @@ extern char gPnCode[kPnCodeBufferSize];
 int PnCodeUtilQefStrRead(char* out, int keyOffset);
 int PnCodeUtilRead(char* out);
 
+// The value of QEF_STR<keyOffset>="..."; in a basic configuration text
+// (NUL-terminated; cut at the closing quote) into out (kPnCodeBufferSize
+// bytes, at most 63 characters kept). Its length, or -1.
+int ParseQefString(char* text, int keyOffset, char* out);
+
 // PnCode[19] * 256 + PnCode[20]; -1 unreadable, -2 too short.
 int32_t GetExtCamId();
 

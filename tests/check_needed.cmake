@@ -1,0 +1,10 @@
+# Fails unless libc.so.6 is the executable's only NEEDED library.
+execute_process(COMMAND ${READELF} -d ${EXE} OUTPUT_VARIABLE dynamic RESULT_VARIABLE rc)
+if(NOT rc EQUAL 0)
+  message(FATAL_ERROR "readelf failed on ${EXE}")
+endif()
+string(REGEX MATCHALL "Shared library: \\[[^]]*\\]" needed "${dynamic}")
+if(NOT needed STREQUAL "Shared library: [libc.so.6]")
+  message(FATAL_ERROR "NEEDED is '${needed}', expected only libc.so.6")
+endif()
+message(STATUS "NEEDED: ${needed}")

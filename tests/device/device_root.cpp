@@ -1,0 +1,385 @@
+#include "tests/device/device_root.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/mount.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "device_test_config.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+namespace device_test {
+namespace {
+
+constexpr int kFlushSignal = SIGWINCH;  // numbered above SIGUSR1/2, so it is taken after them
+const char* const kDaemonNames[2] = {"zrcamctld", "vmfd"};
+
+[[noreturn]] void Die(const std::string& what) {
+  perror(what.c_str());
+  abort();
+}
+
+// The build's settings, which the environment may override.
+std::string Setting(const char* name, const char* built) {
+  const char* v = getenv(name);
+  return v ? v : built;
+}
+
+std::string Slurp(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+void Shell(const std::string& command) {
+  if (system(command.c_str()) != 0) Die("command failed: " + command);
+}
+
+std::string Quote(const std::string& s) { return "'" + s + "'"; }
+
+// A daemon stand-in: records each SIGUSR1/SIGUSR2 as one byte on its pipe,
+// and the flush signal as a byte that ends a collection.
+[[noreturn]] void StandInLoop(int writeFd) {
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  sigset_t set;
+  sigemptyset(&set);
+  sigaddset(&set, SIGUSR1);
+  sigaddset(&set, SIGUSR2);
+  sigaddset(&set, kFlushSignal);
+  for (;;) {
+    const int sig = sigwaitinfo(&set, nullptr);
+    if (sig < 0) continue;
+    const unsigned char b = static_cast<unsigned char>(sig);
+    if (write(writeFd, &b, 1) != 1) _exit(1);
+  }
+}
+
+}  // namespace
+
+std::string ErrorPage(const std::string& program, const std::string& errorText) {
+  return "Content-type: text/html\r\n\r\n<html>\n<head>\n<script language=javascript>\n"
+         "alert(\"" + program + " Cgi Func:[" + errorText + "] return ERROR!!!\");\n"
+         "history.go(-1);\n</script>\n</head>\n</html>\n";
+}
+
+Bytes Pattern(size_t size, uint8_t seed) {
+  Bytes b(size);
+  for (size_t i = 0; i < size; ++i) b[i] = static_cast<uint8_t>(seed + i * 37);
+  return b;
+}
+
+std::string Hex(const Bytes& bytes) {
+  static const char digits[] = "0123456789abcdef";
+  std::string s;
+  for (size_t i = 0; i < bytes.size(); ++i) {
+    if (i) s += (i % 16 == 0) ? '\n' : ' ';
+    s += digits[bytes[i] >> 4];
+    s += digits[bytes[i] & 15];
+  }
+  return s;
+}
+
+DeviceRoot& DeviceRoot::Get() {
+  static DeviceRoot root;
+  return root;
+}
+
+DeviceRoot::DeviceRoot() {
+  char dir[] = "/tmp/zrcamctl-root.XXXXXX";
+  if (!mkdtemp(dir)) Die("mkdtemp");
+  root_ = dir;
+  emulator_ = Setting("ZRCAMCTL_EMULATOR", ZRCAMCTL_EMULATOR);
+  const std::string exe = Setting("ZRCAMCTL_EXE", ZRCAMCTL_EXE);
+  const std::string script = Setting("ZRCAMCTL_ROOT_SCRIPT", ZRCAMCTL_ROOT_SCRIPT);
+  Shell("/bin/sh " + Quote(script) + " " + Quote(root_) + " " + Quote(exe) + " " + Quote(emulator_) + " " +
+        Quote(Setting("ZRCAMCTL_SYSROOT", ZRCAMCTL_SYSROOT)));
+
+  // A real /proc lets sanitizer runtimes read their own maps; the driver's
+  // directory is replaced by a small file system holding the stand-in
+  // basic configuration.
+  const std::string proc = root_ + "/proc";
+  if (mount("proc", proc.c_str(), "proc", 0, nullptr) == 0) {
+    procMounted_ = true;
+    if (mount("tmpfs", (proc + "/driver").c_str(), "tmpfs", 0, "size=64k") != 0) Die("mount /proc/driver");
+  } else {
+    mkdir((proc + "/driver").c_str(), 0755);
+  }
+  WriteFile("/web/setup/cam.htm", std::string("<p>camera page</p>\n"));
+  StartDaemons();
+  Reset();
+}
+
+DeviceRoot::~DeviceRoot() {
+  StopDaemons();
+  for (auto it = mounts_.rbegin(); it != mounts_.rend(); ++it) umount2(HostPath(*it).c_str(), MNT_DETACH);
+  bool clean = true;
+  if (procMounted_) {
+    clean = umount2((root_ + "/proc/driver").c_str(), MNT_DETACH) == 0 &&
+            umount2((root_ + "/proc").c_str(), MNT_DETACH) == 0;
+  }
+  if (clean) (void)!system(("rm -rf " + Quote(root_)).c_str());
+}
+
+void DeviceRoot::StartDaemons() {
+  sigset_t set, old;
+  sigemptyset(&set);
+  sigaddset(&set, SIGUSR1);
+  sigaddset(&set, SIGUSR2);
+  sigaddset(&set, kFlushSignal);
+  sigprocmask(SIG_BLOCK, &set, &old);
+  for (StandIn& d : daemons_) {
+    int fds[2];
+    if (pipe(fds) != 0) Die("pipe");
+    const pid_t pid = fork();
+    if (pid < 0) Die("fork");
+    if (pid == 0) {
+      close(fds[0]);
+      StandInLoop(fds[1]);
+    }
+    close(fds[1]);
+    d.pid = pid;
+    d.readFd = fds[0];
+  }
+  sigprocmask(SIG_SETMASK, &old, nullptr);
+}
+
+void DeviceRoot::StopDaemons() {
+  for (StandIn& d : daemons_) {
+    if (d.pid > 0) {
+      kill(d.pid, SIGKILL);
+      waitpid(d.pid, nullptr, 0);
+      close(d.readFd);
+    }
+    d.pid = -1;
+  }
+}
+
+std::vector<int> DeviceRoot::CollectSignals(size_t daemon) const {
+  std::vector<int> seen;
+  const StandIn& d = daemons_[daemon];
+  kill(d.pid, kFlushSignal);
+  unsigned char b;
+  while (read(d.readFd, &b, 1) == 1 && b != kFlushSignal) seen.push_back(b);
+  return seen;
+}
+
+void DeviceRoot::Reset() {
+  for (auto it = mounts_.rbegin(); it != mounts_.rend(); ++it) umount2(HostPath(*it).c_str(), MNT_DETACH);
+  mounts_.clear();
+  Shell("cd " + Quote(root_) +
+        " && rm -rf tmp opt/kfp/etc var/savecfg.calls && mkdir -p tmp opt/kfp/etc/ZrConf && chmod 1777 tmp");
+  for (size_t i = 0; i < 2; ++i) SetPidFile(kDaemonNames[i], std::to_string(daemons_[i].pid) + "\n");
+  SetModule("0J");
+  Shell("test -e " + Quote(root_ + "/bin/cat") + " || ln -s busybox " + Quote(root_ + "/bin/cat"));
+}
+
+std::string DeviceRoot::HostPath(const std::string& devicePath) const { return root_ + devicePath; }
+
+void DeviceRoot::WriteFile(const std::string& devicePath, const std::string& content) const {
+  const std::string path = HostPath(devicePath);
+  Shell("mkdir -p " + Quote(path.substr(0, path.rfind('/'))));
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out << content;
+  if (!out) Die("write " + path);
+}
+
+void DeviceRoot::WriteFile(const std::string& devicePath, const Bytes& content) const {
+  WriteFile(devicePath, std::string(content.begin(), content.end()));
+}
+
+std::optional<std::string> DeviceRoot::ReadFile(const std::string& devicePath) const {
+  if (!Exists(devicePath)) return std::nullopt;
+  return Slurp(HostPath(devicePath));
+}
+
+bool DeviceRoot::Exists(const std::string& devicePath) const {
+  struct stat st;
+  return lstat(HostPath(devicePath).c_str(), &st) == 0;
+}
+
+void DeviceRoot::Remove(const std::string& devicePath) const { unlink(HostPath(devicePath).c_str()); }
+
+std::vector<std::string> DeviceRoot::List(const std::string& deviceDirectory) const {
+  std::vector<std::string> names;
+  if (DIR* dir = opendir(HostPath(deviceDirectory).c_str())) {
+    while (const dirent* e = readdir(dir)) {
+      if (strcmp(e->d_name, ".") != 0 && strcmp(e->d_name, "..") != 0) names.push_back(e->d_name);
+    }
+    closedir(dir);
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+void DeviceRoot::SetBasicConf(const std::string& content) const {
+  WriteFile("/proc/driver/qe_basic_conf", content);
+}
+
+void DeviceRoot::SetProductCode(const std::string& pnCode) const {
+  SetBasicConf("QEF_STR0=\"NVS\";\nQEF_STR1=\"" + pnCode + "\";\nQEF_STR2=\"1.0.3\";\n");
+}
+
+void DeviceRoot::SetModule(const std::string& moduleCode) const {
+  SetProductCode("ABCDEFGHIJKLMNOPQRS" + moduleCode + "-A1");
+}
+
+std::string DeviceRoot::RecordPath(const std::string& moduleCode) {
+  return "/opt/kfp/etc/ZrConf/ZrCamCtlConf" + moduleCode + ".bin";
+}
+
+void DeviceRoot::WriteRecord(const std::string& moduleCode, const Bytes& record) const {
+  WriteFile(RecordPath(moduleCode), record);
+}
+
+std::optional<Bytes> DeviceRoot::ReadRecord(const std::string& moduleCode) const {
+  const auto content = ReadFile(RecordPath(moduleCode));
+  if (!content) return std::nullopt;
+  return Bytes(content->begin(), content->end());
+}
+
+void DeviceRoot::SetPidFile(const std::string& daemon, const std::string& content) const {
+  const std::string path = "/var/run/" + daemon + ".pid";
+  if (content.empty()) {
+    Remove(path);
+  } else {
+    WriteFile(path, content);
+  }
+}
+
+int DeviceRoot::DaemonPid(const std::string& daemon) const {
+  return daemons_[daemon == "vmfd" ? 1 : 0].pid;
+}
+
+std::string DeviceRoot::SaveCfgCalls() const { return ReadFile("/var/savecfg.calls").value_or(""); }
+
+void DeviceRoot::MountTmpfs(const std::string& deviceDirectory, const std::string& size) const {
+  const std::string opts = "size=" + size;
+  if (mount("tmpfs", HostPath(deviceDirectory).c_str(), "tmpfs", 0, opts.c_str()) != 0) Die("mount tmpfs");
+  mounts_.push_back(deviceDirectory);
+}
+
+void DeviceRoot::BindReadOnly(const std::string& devicePath) const {
+  const std::string path = HostPath(devicePath);
+  if (mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) != 0) Die("bind mount");
+  mounts_.push_back(devicePath);
+  if (mount(nullptr, path.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) != 0) Die("remount ro");
+}
+
+void DeviceRoot::Unmount(const std::string& devicePath) const {
+  umount2(HostPath(devicePath).c_str(), MNT_DETACH);
+  mounts_.erase(std::remove(mounts_.begin(), mounts_.end(), devicePath), mounts_.end());
+}
+
+void DeviceRoot::FillUp(const std::string& devicePath) const {
+  const int fd = open(HostPath(devicePath).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+  if (fd < 0) Die("open " + devicePath);
+  const std::string chunk(512, 'f');
+  while (write(fd, chunk.data(), chunk.size()) > 0) {
+  }
+  while (write(fd, chunk.data(), 1) > 0) {
+  }
+  close(fd);
+}
+
+Answer DeviceRoot::Post(const std::string& program, const std::string& body) const {
+  Request r;
+  r.body = body;
+  return Run(program, r);
+}
+
+Answer DeviceRoot::Get(const std::string& program, const std::string& query) const {
+  Request r;
+  r.method = "GET";
+  r.contentType = "";
+  r.queryString = query;
+  return Run(program, r);
+}
+
+Answer DeviceRoot::Run(const std::string& program, const Request& request) const {
+  return RunAs("/web/cgi-bin/" + program, request);
+}
+
+Answer DeviceRoot::RunAs(const std::string& argv0, const Request& request) const {
+  // The program file: the name's own link when it exists, else the executable.
+  std::string file = argv0;
+  if (file.empty() || file[0] != '/' || !Exists(file)) file = "/web/cgi-bin/zrcamctlset.cgi";
+
+  char inPath[] = "/tmp/zrcamctl-in.XXXXXX";
+  char outPath[] = "/tmp/zrcamctl-out.XXXXXX";
+  char errPath[] = "/tmp/zrcamctl-err.XXXXXX";
+  const int inFd = mkstemp(inPath);
+  const int outFd = mkstemp(outPath);
+  const int errFd = mkstemp(errPath);
+  if (inFd < 0 || outFd < 0 || errFd < 0) Die("mkstemp");
+  if (!request.body.empty() &&
+      write(inFd, request.body.data(), request.body.size()) != static_cast<ssize_t>(request.body.size())) {
+    Die("write body");
+  }
+  lseek(inFd, 0, SEEK_SET);
+
+  std::vector<std::string> env = {"PATH=/bin:/usr/bin:/usr/sbin"};
+  if (!request.method.empty()) env.push_back("REQUEST_METHOD=" + request.method);
+  if (!request.contentType.empty()) env.push_back("CONTENT_TYPE=" + request.contentType);
+  const std::string length = request.contentLength.value_or(std::to_string(request.body.size()));
+  if (!length.empty()) env.push_back("CONTENT_LENGTH=" + length);
+  if (request.queryString) env.push_back("QUERY_STRING=" + *request.queryString);
+  for (const auto& [k, v] : request.env) env.push_back(k + "=" + v);
+  for (const char* pass : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
+    if (getenv(pass)) env.push_back(std::string(pass) + "=" + getenv(pass));
+  }
+
+  std::vector<std::string> args;
+  std::string exec = file;
+  if (!emulator_.empty()) {
+    exec = "/usr/bin/qemu-arm-static";
+    args = {"qemu-arm-static", "-0", argv0, file};
+  } else {
+    args = {argv0};
+  }
+  std::vector<char*> argv, envp;
+  for (auto& a : args) argv.push_back(a.data());
+  argv.push_back(nullptr);
+  for (auto& e : env) envp.push_back(e.data());
+  envp.push_back(nullptr);
+
+  const pid_t pid = fork();
+  if (pid < 0) Die("fork");
+  if (pid == 0) {
+    dup2(inFd, 0);
+    dup2(outFd, 1);
+    dup2(errFd, 2);
+    if (chroot(root_.c_str()) != 0 || chdir("/") != 0) _exit(126);
+    execve(exec.c_str(), argv.data(), envp.data());
+    _exit(127);
+  }
+  int status = 0;
+  waitpid(pid, &status, 0);
+  close(inFd);
+  close(outFd);
+  close(errFd);
+
+  Answer a;
+  if (WIFEXITED(status)) a.exitStatus = WEXITSTATUS(status);
+  if (WIFSIGNALED(status)) a.termSignal = WTERMSIG(status);
+  a.out = Slurp(outPath);
+  a.err = Slurp(errPath);
+  unlink(inPath);
+  unlink(outPath);
+  unlink(errPath);
+  a.zrcamctldSignals = CollectSignals(0);
+  a.vmfdSignals = CollectSignals(1);
+  return a;
+}
+
+}  // namespace device_test

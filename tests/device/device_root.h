@@ -1,0 +1,112 @@
+// Runs the real executable the way the device does: inside a throwaway
+// directory laid out like the device's root, entered with chroot, with
+// stand-ins for the daemons (they record the signals they receive) and for
+// savecfg (it records its calls).
+#pragma once
+
+#include <stdint.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace device_test {
+
+struct Request {
+  std::string method = "POST";
+  std::string contentType = "application/x-www-form-urlencoded";
+  std::string body;                          // standard input
+  std::optional<std::string> contentLength;  // default: the body's length
+  std::optional<std::string> queryString;
+  std::vector<std::pair<std::string, std::string>> env;  // further variables
+};
+
+struct Answer {
+  int exitStatus = -1;  // -1 when the process did not exit normally
+  int termSignal = 0;
+  std::string out;
+  std::string err;
+  std::vector<int> zrcamctldSignals;
+  std::vector<int> vmfdSignals;
+};
+
+inline constexpr char kAnswer204[] = "HTTP/1.1 204 OKContent-type: text/html\r\n\r\n";
+
+// The error page for a program name and error-buffer text.
+std::string ErrorPage(const std::string& program, const std::string& errorText);
+
+using Bytes = std::vector<uint8_t>;
+
+class DeviceRoot {
+ public:
+  // One root per test process, made on first use and removed at exit.
+  static DeviceRoot& Get();
+
+  // Puts the root back to its starting state: empty /tmp and record
+  // directory, a product code for module "0J", both daemons running.
+  void Reset();
+
+  std::string HostPath(const std::string& devicePath) const;
+  void WriteFile(const std::string& devicePath, const std::string& content) const;
+  void WriteFile(const std::string& devicePath, const Bytes& content) const;
+  std::optional<std::string> ReadFile(const std::string& devicePath) const;
+  bool Exists(const std::string& devicePath) const;
+  void Remove(const std::string& devicePath) const;
+  // The names of the entries in a device directory, sorted.
+  std::vector<std::string> List(const std::string& deviceDirectory) const;
+
+  // The basic configuration the product code is read from.
+  void SetBasicConf(const std::string& content) const;
+  void SetProductCode(const std::string& pnCode) const;
+  // A product code whose characters 19 and 20 are the module code.
+  void SetModule(const std::string& moduleCode) const;
+
+  static std::string RecordPath(const std::string& moduleCode);
+  void WriteRecord(const std::string& moduleCode, const Bytes& record) const;
+  std::optional<Bytes> ReadRecord(const std::string& moduleCode) const;
+
+  // Pid file contents; "" removes the file.
+  void SetPidFile(const std::string& daemon, const std::string& content) const;
+  int DaemonPid(const std::string& daemon) const;
+
+  // Lines the savecfg stand-in recorded.
+  std::string SaveCfgCalls() const;
+
+  // Mounts and unmounts inside the root, for fault injection.
+  void MountTmpfs(const std::string& deviceDirectory, const std::string& size) const;
+  void BindReadOnly(const std::string& devicePath) const;
+  void Unmount(const std::string& devicePath) const;
+  // Writes devicePath until its file system has no space left.
+  void FillUp(const std::string& devicePath) const;
+
+  Answer Run(const std::string& program, const Request& request) const;
+  Answer Post(const std::string& program, const std::string& body) const;
+  Answer Get(const std::string& program, const std::string& query) const;
+  // argv[0] as given, for the dispatch on names.
+  Answer RunAs(const std::string& argv0, const Request& request) const;
+
+  ~DeviceRoot();
+
+ private:
+  DeviceRoot();
+  void StartDaemons();
+  void StopDaemons();
+  std::vector<int> CollectSignals(size_t daemon) const;
+
+  std::string root_;
+  std::string emulator_;
+  bool procMounted_ = false;
+  struct StandIn {
+    int pid = -1;
+    int readFd = -1;
+  };
+  StandIn daemons_[2];  // zrcamctld, vmfd
+  mutable std::vector<std::string> mounts_;
+};
+
+// Little helpers for record bytes.
+Bytes Pattern(size_t size, uint8_t seed = 0xA5);
+std::string Hex(const Bytes& bytes);
+
+}  // namespace device_test

@@ -1,0 +1,44 @@
+#!/bin/sh
+# Lays out a throwaway directory like the device's root file system:
+#   make_device_root.sh ROOT EXECUTABLE [EMULATOR SYSROOT]
+# The executable is installed as the four CGI programs (one file, three
+# links). Without an emulator the host's run-time libraries of the
+# executable are copied in; with one, the emulator and the target's
+# dynamic loader and C library are.
+set -eu
+root=$1 exe=$(readlink -f "$2") emulator=${3:-} sysroot=${4:-}
+
+# Hard links where the file system allows, copies elsewhere.
+put() { mkdir -p "$(dirname "$2")"; ln -f "$1" "$2" 2>/dev/null || cp -f "$1" "$2"; }
+
+mkdir -p "$root"
+cd "$root"
+mkdir -p bin usr/bin usr/sbin lib var/run tmp web/cgi-bin opt/kfp/etc/ZrConf proc dev
+[ -e dev/null ] || mknod -m 666 dev/null c 1 3
+
+busybox=$(command -v busybox)
+put "$busybox" bin/busybox
+for applet in sh cat touch rm; do ln -sf busybox "bin/$applet"; done
+
+cat > usr/sbin/savecfg <<'SH'
+#!/bin/sh
+echo "savecfg $*" >> /var/savecfg.calls
+SH
+chmod 755 usr/sbin/savecfg
+
+put "$exe" web/cgi-bin/zrcamctlset.cgi
+for name in zrcamctlapply.cgi zrcamctldefault.cgi zrfisheyeset.cgi; do
+  ln -sf zrcamctlset.cgi "web/cgi-bin/$name"
+done
+
+if [ -n "$emulator" ]; then
+  put "$emulator" usr/bin/qemu-arm-static
+  put "$sysroot/lib/ld-linux-armhf.so.3" lib/ld-linux-armhf.so.3
+  put "$sysroot/lib/libc.so.6" lib/libc.so.6
+else
+  for lib in $(ldd "$exe" | grep -o '/[^ ]*'); do
+    real=$(readlink -f "$lib")
+    mkdir -p ".$(dirname "$lib")"
+    cp -f "$real" ".$lib"
+  done
+fi
