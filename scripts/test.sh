@@ -4,7 +4,7 @@
 # Device tests chroot and mount, so this runs as root.
 set -eu
 cd "$(dirname "$0")/.."
-sh scripts/install-deps.sh
+sh scripts/install-deps.sh clang libclang-rt-14-dev
 
 jobs=$(nproc 2>/dev/null || echo 2)
 for preset in host armhf asan; do
@@ -13,3 +13,6 @@ for preset in host armhf asan; do
   cmake --build --preset "$preset" -j "$jobs"
   ctest --preset "$preset" -j "$jobs"
 done
+
+# Every fuzz target for a short, bounded run (scripts/fuzz.sh for longer ones).
+sh scripts/fuzz.sh 30

@@ -311,6 +311,25 @@ Answer DeviceRoot::Run(const std::string& program, const Request& request) const
 }
 
 Answer DeviceRoot::RunAs(const std::string& argv0, const Request& request) const {
+  Answer a = Finish(Start(argv0, request));
+  a.zrcamctldSignals = CollectSignals(0);
+  a.vmfdSignals = CollectSignals(1);
+  return a;
+}
+
+std::vector<Answer> DeviceRoot::RunTogether(const std::string& program, const std::vector<Request>& requests) const {
+  std::vector<Started> started;
+  for (const Request& r : requests) started.push_back(Start("/web/cgi-bin/" + program, r));
+  std::vector<Answer> answers;
+  for (const Started& s : started) answers.push_back(Finish(s));
+  if (!answers.empty()) {
+    answers[0].zrcamctldSignals = CollectSignals(0);
+    answers[0].vmfdSignals = CollectSignals(1);
+  }
+  return answers;
+}
+
+DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& request) const {
   // The program file: the name's own link when it exists, else the executable.
   std::string file = argv0;
   if (file.empty() || file[0] != '/' || !Exists(file)) file = "/web/cgi-bin/zrcamctlset.cgi";
@@ -363,22 +382,23 @@ Answer DeviceRoot::RunAs(const std::string& argv0, const Request& request) const
     execve(exec.c_str(), argv.data(), envp.data());
     _exit(127);
   }
-  int status = 0;
-  waitpid(pid, &status, 0);
   close(inFd);
   close(outFd);
   close(errFd);
+  return {pid, inPath, outPath, errPath};
+}
 
+Answer DeviceRoot::Finish(const Started& started) {
+  int status = 0;
+  waitpid(started.pid, &status, 0);
   Answer a;
   if (WIFEXITED(status)) a.exitStatus = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) a.termSignal = WTERMSIG(status);
-  a.out = Slurp(outPath);
-  a.err = Slurp(errPath);
-  unlink(inPath);
-  unlink(outPath);
-  unlink(errPath);
-  a.zrcamctldSignals = CollectSignals(0);
-  a.vmfdSignals = CollectSignals(1);
+  a.out = Slurp(started.out);
+  a.err = Slurp(started.err);
+  unlink(started.in.c_str());
+  unlink(started.out.c_str());
+  unlink(started.err.c_str());
   return a;
 }
 

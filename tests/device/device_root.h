@@ -85,6 +85,9 @@ class DeviceRoot {
   Answer Get(const std::string& program, const std::string& query) const;
   // argv[0] as given, for the dispatch on names.
   Answer RunAs(const std::string& argv0, const Request& request) const;
+  // Many requests at once: all are started before any is waited for. The
+  // daemons' signals are collected once, into the first answer.
+  std::vector<Answer> RunTogether(const std::string& program, const std::vector<Request>& requests) const;
 
   ~DeviceRoot();
 
@@ -93,6 +96,12 @@ class DeviceRoot {
   void StartDaemons();
   void StopDaemons();
   std::vector<int> CollectSignals(size_t daemon) const;
+  struct Started {
+    int pid;
+    std::string in, out, err;
+  };
+  Started Start(const std::string& argv0, const Request& request) const;
+  static Answer Finish(const Started& started);
 
   std::string root_;
   std::string emulator_;

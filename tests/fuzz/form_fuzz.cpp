@@ -1,0 +1,35 @@
+// The request library over arbitrary urlencoded bytes: parsing, lookups
+// with every value buffer size the handlers use, and the conversions.
+#include <stddef.h>
+#include <stdint.h>
+#include <string.h>
+
+#include "cgi/cgi_request.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const char* text = reinterpret_cast<const char*>(data);
+  if (ParseUrlEncodedForm(text, size) != 0) {
+    FreeForm();
+    return 0;
+  }
+  static char buffer[513];
+  static const int kSizes[] = {128, 256, 512, 1};
+  for (const FormEntry* e = FormEntries(); e; e = e->next) {
+    for (int max : kSizes) {
+      const int r = FormLookup(e->name, buffer, max);
+      if (r != LookupOk && r != LookupTruncated && r != LookupEmpty) __builtin_trap();
+      if (strlen(buffer) >= static_cast<size_t>(max)) __builtin_trap();
+      (void)FormValueToInt(buffer);
+      (void)DecimalToUInt32(buffer);
+    }
+  }
+  if (FormLookup("NoSuchKeyInAnyForm", buffer, 128) != LookupNotFound && !FormEntries()) __builtin_trap();
+  // The raw bytes as a value too, NUL-terminated.
+  char value[600];
+  const size_t n = size < sizeof value - 1 ? size : sizeof value - 1;
+  memcpy(value, text, n);
+  value[n] = '\0';
+  (void)FormValueToInt(value);
+  FreeForm();
+  return 0;
+}

@@ -1,0 +1,73 @@
+// Every settings handler over a fuzzed form and fuzzed record bytes, in
+// process, against a record file in a temporary directory.
+//
+// Input: one byte choosing the handler, two bytes of record length, the
+// record bytes, then the urlencoded form.
+#include <stddef.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <unistd.h>
+
+#include "camctl/module_handler_table.h"
+#include "cgi/cgi_request.h"
+
+namespace {
+
+// Longer than every record: reads never come up short, so the retrying
+// handlers never pause.
+constexpr size_t kRecordFileSize = 32768;
+
+const char* RecordPath() {
+  static char path[64];
+  if (!path[0]) {
+    char dir[] = "/tmp/zrfuzz.XXXXXX";
+    if (!mkdtemp(dir)) abort();
+    snprintf(path, sizeof path, "%s/record.bin", dir);
+  }
+  return path;
+}
+
+SettingsHandler Handler(uint8_t choice) {
+  static SettingsHandler handlers[kModuleCount + 1];
+  static int count = 0;
+  if (count == 0) {
+    for (int row = 0; row < kModuleCount; ++row) {
+      const SettingsHandler h = ModuleHandlers[row];
+      bool seen = h == nullptr;
+      for (int i = 0; i < count && !seen; ++i) seen = handlers[i] == h;
+      if (!seen) handlers[count++] = h;
+    }
+    if (UnroutedZoomModuleSettings) handlers[count++] = UnroutedZoomModuleSettings;
+  }
+  return handlers[choice % count];
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size < 3) return 0;
+  const SettingsHandler handler = Handler(data[0]);
+  size_t recordLength = static_cast<size_t>(data[1] | data[2] << 8);
+  data += 3;
+  size -= 3;
+  if (recordLength > size) recordLength = size;
+
+  static uint8_t record[kRecordFileSize];
+  memset(record, 0, sizeof record);
+  memcpy(record, data, recordLength);
+  FILE* f = fopen(RecordPath(), "wb");
+  if (!f) abort();
+  fwrite(record, 1, sizeof record, f);
+  fclose(f);
+
+  if (ParseUrlEncodedForm(reinterpret_cast<const char*>(data + recordLength), size - recordLength) == 0) {
+    char errorBuffer[256] = {};
+    const int result = handler(errorBuffer, RecordPath());
+    if (errorBuffer[255] != '\0') __builtin_trap();
+    (void)result;
+  }
+  FreeForm();
+  return 0;
+}

@@ -1,0 +1,95 @@
+// Whole-record reads and writes with their results and messages.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "camctl/record_store.h"
+
+namespace {
+
+class RecordStore : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    char dir[] = "/tmp/zrstore.XXXXXX";
+    ASSERT_NE(mkdtemp(dir), nullptr);
+    dir_ = dir;
+    path_ = dir_ + "/rec.bin";
+  }
+  void TearDown() override { (void)!system(("rm -rf " + dir_).c_str()); }
+  void WriteRaw(const std::string& bytes) { std::ofstream(path_, std::ios::binary) << bytes; }
+  std::string ReadRaw() {
+    std::ifstream in(path_, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  }
+  std::string dir_, path_;
+};
+
+TEST_F(RecordStore, RoundTripIsExact) {
+  std::vector<uint8_t> record(300);
+  for (size_t i = 0; i < record.size(); ++i) record[i] = static_cast<uint8_t>(i * 7);
+  EXPECT_EQ(ZrCamCtlWriteConfToFile(record.data(), 300, path_.c_str()), 300);
+  EXPECT_EQ(ReadRaw().size(), 300u);
+  std::vector<uint8_t> back(300);
+  EXPECT_EQ(ZrCamCtlReadConfFromFile(back.data(), 300, path_.c_str()), 300);
+  EXPECT_EQ(back, record);
+}
+
+TEST_F(RecordStore, BadArgumentsTouchNothing) {
+  char record[4] = {1, 2, 3, 4};
+  for (int size : {0, -1}) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(ZrCamCtlWriteConfToFile(record, size, path_.c_str()), -1);
+    const std::string err = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(err.rfind("arg is wrong [a_conf:", 0), 0u) << err;
+    EXPECT_NE(err.find(" , a_confSize:" + std::to_string(size) + " , a_filePath=" + path_ + "\n"), std::string::npos);
+    EXPECT_EQ(ZrCamCtlReadConfFromFile(record, size, path_.c_str()), -1);
+  }
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(ZrCamCtlReadConfFromFile(nullptr, 4, path_.c_str()), -1);
+  EXPECT_EQ(ZrCamCtlReadConfFromFile(record, 4, nullptr), -1);
+  testing::internal::GetCapturedStderr();
+  EXPECT_NE(access(path_.c_str(), F_OK), 0);
+}
+
+TEST_F(RecordStore, MissingShortAndLongFiles) {
+  uint8_t record[20];
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(ZrCamCtlReadConfFromFile(record, 20, path_.c_str()), -2);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "fopen is failed [PATH:" + path_ + "]\n");
+
+  memset(record, 0x55, sizeof record);
+  WriteRaw(std::string(10, 'a'));
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(ZrCamCtlReadConfFromFile(record, 20, path_.c_str()), -3);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "fread is failed [sizeToRead:20 sizeToReaded:10]\n");
+  EXPECT_EQ(record[9], 'a');    // what was read is kept
+  EXPECT_EQ(record[10], 0x55);  // the rest as the caller had it
+
+  WriteRaw(std::string(30, 'b'));
+  EXPECT_EQ(ZrCamCtlReadConfFromFile(record, 20, path_.c_str()), 20);
+}
+
+TEST_F(RecordStore, FailedWritesAreReported) {
+  uint8_t record[20] = {};
+  testing::internal::CaptureStderr();
+  const std::string inMissingDir = dir_ + "/no/such.bin";
+  EXPECT_EQ(ZrCamCtlWriteConfToFile(record, 20, inMissingDir.c_str()), -2);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "fopen is failed [PATH:" + inMissingDir + "]\n");
+
+  // A device with no space: the bytes fit the stream's buffer and fail at the flush.
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(ZrCamCtlWriteConfToFile(record, 20, "/dev/full"), -3);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "fclose is failed [PATH:/dev/full]\n");
+  // Larger than the buffer: the write itself comes up short.
+  std::vector<uint8_t> big(300000);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(ZrCamCtlWriteConfToFile(big.data(), 300000, "/dev/full"), -3);
+  EXPECT_EQ(testing::internal::GetCapturedStderr().rfind("fwrite is failed [sizeToWrite=300000 sizeToWritten=", 0),
+            0u);
+}
+
+}  // namespace
