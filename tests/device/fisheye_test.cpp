@@ -128,6 +128,7 @@ TEST_F(Fisheye, MissingFileIsReportedNotCreatedAndVmfdIsStillSignalled) {
   root.Remove(kConf);
   Answer a = root.Post("zrfisheyeset.cgi", "CenterX=400&RetReDir=/fisheye.htm");
   EXPECT_FALSE(root.Exists(kConf));
+  EXPECT_EQ(root.List("/opt/kfp/etc"), std::vector<std::string>{"ZrConf"});
   EXPECT_EQ(a.err,
             "[new_cfg:tcfg_util(129)]\t/opt/kfp/etc/fish_eye.conf does not exist\n"
             "Failed to create cfg [/opt/kfp/etc/fish_eye.conf]\n" +
