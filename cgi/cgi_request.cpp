@@ -22,9 +22,9 @@ constexpr HexDigitTable kHexDigits;
 //
 // Every handler looks each of its keys up by name, and a family may have
 // hundreds of keys, while a hostile form may carry tens of thousands of
-// entries. So each name is also indexed by a hash: the first entry of a name
-// is linked into its bucket, later duplicates are not, and a lookup costs one
-// short bucket walk instead of a walk of the whole list.
+// entries. So each entry is also linked into a bucket by the hash of its
+// name, and a lookup costs one short bucket walk instead of a walk of the
+// whole list: reading and merging stay linear in the size of the form.
 struct FormNode {
   FormEntry entry;
   uint32_t hash;
@@ -44,12 +44,15 @@ uint32_t HashName(const char* name) {
   return h;
 }
 
+// Buckets hold their newest entry first, so the first occurrence of a name
+// is the last match in its bucket.
 const FormNode* FindFirst(const char* name) {
   const uint32_t h = HashName(name);
+  const FormNode* first = nullptr;
   for (const FormNode* n = gBuckets[h % kBucketCount]; n; n = n->nextInBucket) {
-    if (n->hash == h && strcmp(n->entry.name, name) == 0) return n;
+    if (n->hash == h && strcmp(n->entry.name, name) == 0) first = n;
   }
-  return nullptr;
+  return first;
 }
 
 // Decodes length bytes of urlencoded text into out (length+1 bytes).
@@ -92,12 +95,9 @@ int AppendEntry(const char* name, size_t nameLength, const char* value, size_t v
   gFormTail = &node->entry;
 
   node->hash = HashName(node->entry.name);
-  node->nextInBucket = nullptr;
-  if (!FindFirst(node->entry.name)) {
-    FormNode** slot = &gBuckets[node->hash % kBucketCount];
-    while (*slot) slot = &(*slot)->nextInBucket;
-    *slot = node;
-  }
+  FormNode*& bucket = gBuckets[node->hash % kBucketCount];
+  node->nextInBucket = bucket;
+  bucket = node;
   return 0;
 }
 

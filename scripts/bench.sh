@@ -1,0 +1,144 @@
+#!/bin/sh
+# Measures the cost of a settings request on the host build and the size of
+# the ARM build, checks each figure against its budget, and writes
+# BENCHMARKS.md. Runs as root (chroot into a throwaway device root).
+set -eu
+cd "$(dirname "$0")/.."
+sh scripts/install-deps.sh valgrind
+jobs=$(nproc 2>/dev/null || echo 2)
+for preset in host armhf; do
+  cmake --preset "$preset" >/dev/null
+  cmake --build --preset "$preset" -j "$jobs" --target zrcamctl >/dev/null
+done
+cmake --build --preset host -j "$jobs" --target form_growth_bench >/dev/null
+
+work=$(mktemp -d /tmp/zrcamctl-bench.XXXXXX)
+root=$work/root
+daemon=""
+cleanup() {
+  [ -n "$daemon" ] && kill "$daemon" 2>/dev/null
+  umount "$root/proc/driver" 2>/dev/null || true
+  umount "$root/proc" 2>/dev/null || true
+  grep -q " $root/proc" /proc/mounts || rm -rf "$work"
+}
+trap cleanup EXIT
+
+gcc -O2 -static -o "$work/floor" tests/bench/floor.c
+gcc -O2 -o "$work/alternate" tests/bench/alternate.c
+sh tests/device/make_device_root.sh "$root" build/host/zrcamctl
+cp "$work/floor" "$root/floor"
+mkdir -p "$root/usr/libexec"
+# valgrind reads its own maps: a real /proc, with the driver's directory
+# replaced by a small file system holding the stand-in basic configuration.
+mount -t proc proc "$root/proc"
+mount -t tmpfs -o size=64k tmpfs "$root/proc/driver"
+printf 'QEF_STR0="NVS";\nQEF_STR1="ABCDEFGHIJKLMNOPQRS0J-A1";\nQEF_STR2="1.0.3";\n' > "$root/proc/driver/qe_basic_conf"
+head -c 108 /dev/zero > "$root/opt/kfp/etc/ZrConf/ZrCamCtlConf0J.bin"
+# The daemon stand-in ignores the wake-up signal.
+sh -c 'trap "" USR1; exec sleep 100000' &
+daemon=$!
+echo "$daemon" > "$root/var/run/zrcamctld.pid"
+
+body=$work/body
+printf 'VideoOutMode=1&AutoFocus=1&FocusPosition=4660&AfSensitivity=2&AfMode=1&AwbMode=1&WbGainR=40&WbGainB=38&ExposureMode=0&ShutterPosition=12&IrisPosition=8&GainPosition=3&ExpComp=7&Wdr=1&Defog=0&ZoomSpeed=4&DigitalZoom=1&DayNightMode=2&Gamma=3&OsdLang=EN' > "$body"
+
+runs=40
+set -- $("$work/alternate" "$root" "$body" "$runs" /web/cgi-bin/zrcamctlset.cgi /floor)
+cgi_us=$1 floor_us=$2 ratio=$3 rss_kib=$4
+
+# Instructions of the CGI process itself; the shell and cat it starts are not traced.
+cp -al /usr/libexec/valgrind "$root/usr/libexec/valgrind" 2>/dev/null || cp -a /usr/libexec/valgrind "$root/usr/libexec/"
+cp /usr/bin/valgrind.bin "$root/usr/bin/valgrind.bin"
+instructions() {  # program, module code, body file
+  printf 'QEF_STR1="ABCDEFGHIJKLMNOPQRS%s-A1";\n' "$2" > "$root/proc/driver/qe_basic_conf"
+  rm -f "$root/tmp/callgrind.out"
+  length=$(wc -c < "$3")
+  chroot "$root" /bin/env -i PATH=/bin:/usr/bin REQUEST_METHOD=POST \
+    CONTENT_TYPE=application/x-www-form-urlencoded CONTENT_LENGTH="$length" VALGRIND_LIB=/usr/libexec/valgrind \
+    /usr/bin/valgrind.bin --tool=callgrind --trace-children=no --callgrind-out-file=/tmp/callgrind.out "$1" \
+    < "$3" > /dev/null 2>&1 || true
+  sed -n 's/^totals: *\([0-9]*\).*/\1/p' "$root/tmp/callgrind.out" 2>/dev/null | head -n 1
+}
+ln -sf busybox "$root/bin/env"
+ir_cgi=$(instructions /web/cgi-bin/zrcamctlset.cgi 0J "$body")
+ir_floor=$(instructions /floor 0J "$body")
+printf 'PresetId=1&PanSpeed=5' > "$work/body3t"
+head -c 28682 /dev/zero > "$root/opt/kfp/etc/ZrConf/ZrCamCtlConf3T.bin"
+ir_3t=$(instructions /web/cgi-bin/zrcamctlset.cgi 3T "$work/body3t")
+printf 'PresetSetId=1&PresetSetLabel=gate' > "$work/body1c"
+head -c 1968 /dev/zero > "$root/opt/kfp/etc/ZrConf/ZrCamCtlConf1C.bin"
+head -c 262760 /dev/zero > "$root/opt/kfp/etc/ZrConf/PtzConf.bin"
+ir_1c=$(instructions /web/cgi-bin/zrcamctlset.cgi 1C "$work/body1c")
+
+scratch=/dev/shm
+[ -d "$scratch" ] || scratch=$work
+growth=$(build/host/tests/form_growth_bench "$scratch/zrcamctl-growth.$$.bin")
+rm -f "$scratch/zrcamctl-growth.$$.bin"
+growth_handler=$(echo "$growth" | sed -n 's/^# handler: //p')
+g1=$(echo "$growth" | awk '$1==1024 {print $3}')
+g64=$(echo "$growth" | awk '$1==65536 {print $3}')
+g1m=$(echo "$growth" | awk '$1==1048576 {print $3}')
+g1m_entries=$(echo "$growth" | awk '$1==1048576 {print $2}')
+
+arm-linux-gnueabihf-strip -o "$work/zrcamctl.arm" build/armhf/zrcamctl
+size=$(wc -c < "$work/zrcamctl.arm")
+needed=$(readelf -d build/armhf/zrcamctl | sed -n 's/.*Shared library: \[\(.*\)\]/\1/p' | tr '\n' ' ')
+subsystems=""
+for dir in cgi camctl handlers tcfg fisheye; do
+  objs=$(find build/armhf/CMakeFiles/zrcamctl_core.dir/$dir -name '*.o' 2>/dev/null | sort)
+  [ -n "$objs" ] || continue
+  bytes=$(arm-linux-gnueabihf-size $objs | awk 'NR>1 {t += $1 + $2} END {print t}')
+  subsystems="$subsystems| $dir/ | $bytes |
+"
+done
+
+verdict() { if [ "$1" = 1 ]; then echo met; else echo "NOT met"; fi; }
+le() { awk -v a="$1" -v b="$2" 'BEGIN {print (a <= b) ? 1 : 0}'; }
+lt() { awk -v a="$1" -v b="$2" 'BEGIN {print (a < b) ? 1 : 0}'; }
+ir_ratio=$(awk -v a="$ir_cgi" -v b="$ir_floor" 'BEGIN {printf "%.2f", a / b}')
+growth_ratio=$(awk -v a="$g1m" -v b="$g64" 'BEGIN {printf "%.1f", a / b}')
+g1m_ms=$(awk -v a="$g1m" 'BEGIN {printf "%.2f", a / 1000}')
+size_kib=$(awk -v a="$size" 'BEGIN {printf "%.1f", a / 1024}')
+rss_mib=$(awk -v a="$rss_kib" 'BEGIN {printf "%.2f", a / 1024}')
+cpu=$(sed -n 's/^model name[[:space:]]*: //p' /proc/cpuinfo | head -n 1)
+
+cat > BENCHMARKS.md <<MD
+# Benchmarks
+
+Written by \`sh scripts/bench.sh\` on $(date -u +%Y-%m-%d): $(uname -m), ${cpu:-unknown CPU}, $(nproc) cores.
+Host build (RelWithDebInfo) unless stated; a request is one run of the
+executable chrooted in a throwaway device root, as the web server would run it.
+
+| figure | measured | budget | |
+|---|---|---|---|
+| wall time of a "zrcamctlset.cgi" request, module 0J, 20 keys (median of $runs) | ${cgi_us} µs | | |
+| wall time of the floor program for the same request (median of $runs) | ${floor_us} µs | | |
+| median ratio request / floor ($runs alternating pairs) | ${ratio} | at most 1.05 | $(verdict "$(le "$ratio" 1.05)") |
+| instructions of the CGI process, 0J request | ${ir_cgi} | | |
+| instructions of the floor program | ${ir_floor} | | |
+| ratio of instructions | ${ir_ratio} | at most 1.5 | $(verdict "$(le "$ir_ratio" 1.5)") |
+| instructions, 3T module (28682-byte record) | ${ir_3t:-n/a} | | |
+| instructions, 1C module (1968-byte record and 262760-byte preset file) | ${ir_1c:-n/a} | | |
+| read and merge a 1 KiB form ($growth_handler) | ${g1} µs | | |
+| read and merge a 64 KiB form | ${g64} µs | | |
+| read and merge a 1 MiB form of ${g1m_entries} entries | ${g1m_ms} ms | under 20 ms | $(verdict "$(lt "$g1m" 20000)") |
+| 1 MiB time / 64 KiB time | ${growth_ratio} | at most 24 | $(verdict "$(le "$growth_ratio" 24)") |
+| stripped armhf executable | ${size} bytes (${size_kib} KiB) | at most 96 KiB | $(verdict "$(le "$size" 98304)") |
+| NEEDED of the armhf executable | ${needed} | libc.so.6 only | $(verdict "$( [ "$needed" = "libc.so.6 " ] && echo 1 || echo 0)") |
+| peak resident memory of a set request | ${rss_kib} KiB (${rss_mib} MiB) | under 2 MiB | $(verdict "$(lt "$rss_kib" 2048)") |
+
+Code and data of the armhf objects by subsystem (before unused sections are
+dropped at link time), so that each family's cost can be seen:
+
+| subsystem | bytes |
+|---|---|
+${subsystems}
+The floor program (tests/bench/floor.c) is a static C program that does only
+what such a request must: read the environment and the body, copy the basic
+configuration with /bin/cat and read the copy, read and write the 108-byte
+record, read the pid file and send the signal. Instruction counts are of the
+process itself (callgrind, children not traced): the shell and cat that copy
+the basic configuration are not in them. Growth: every handler key is looked
+up in a form whose entries are all other names.
+MD
+cat BENCHMARKS.md

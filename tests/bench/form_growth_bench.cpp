@@ -1,0 +1,64 @@
+// Time to read and merge forms of growing size into the handler with the
+// most keys: parse the urlencoded body, then run the handler on a record
+// file. Prints "bytes entries microseconds" per size (median of runs).
+#include <stdio.h>
+#include <stdlib.h>
+#include <time.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "cgi/cgi_request.h"
+#include "handlers/settings_handlers.h"
+
+namespace {
+
+double Now() {
+  timespec t;
+  clock_gettime(CLOCK_MONOTONIC, &t);
+  return t.tv_sec * 1e6 + t.tv_nsec / 1e3;
+}
+
+// About `bytes` of form with at most maxEntries entries; the handler's
+// keys are not among them, so every lookup misses: the worst case.
+std::string Form(size_t bytes, size_t maxEntries) {
+  std::string form;
+  for (size_t i = 0; form.size() < bytes && i < maxEntries; ++i) {
+    if (i) form += '&';
+    form += "key" + std::to_string(i) + "=value" + std::to_string(i);
+  }
+  if (form.size() < bytes) form += "&pad=" + std::string(bytes - form.size() - 5, 'p');
+  return form.substr(0, bytes);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const char* recordPath = argc > 1 ? argv[1] : "/tmp/zrcamctl-growth.bin";
+  SettingsHandler handler = TwoSetImageTuningSettings ? TwoSetImageTuningSettings : ZoomCameraModuleSettings;
+  const char* name = TwoSetImageTuningSettings ? "two-set image tuning" : "zoom camera module";
+  FILE* f = fopen(recordPath, "wb");
+  static char zeros[32768];
+  fwrite(zeros, 1, sizeof zeros, f);
+  fclose(f);
+  printf("# handler: %s\n", name);
+  for (size_t bytes : {size_t(1024), size_t(65536), size_t(1048576)}) {
+    const std::string form = Form(bytes, 50000);
+    size_t entries = 0;
+    std::vector<double> times;
+    for (int run = 0; run < 15; ++run) {
+      char errorBuffer[256] = {};
+      const double start = Now();
+      ParseUrlEncodedForm(form.data(), form.size());
+      handler(errorBuffer, recordPath);
+      times.push_back(Now() - start);
+      entries = 0;
+      for (const FormEntry* e = FormEntries(); e; e = e->next) ++entries;
+      FreeForm();
+    }
+    std::sort(times.begin(), times.end());
+    printf("%zu %zu %.0f\n", form.size(), entries, times[times.size() / 2]);
+  }
+  return 0;
+}
