@@ -1,0 +1,47 @@
+// Flickerless cameras with a command key: 12-byte record of single bytes;
+// a record that cannot be read is not rewritten. The last byte carries a
+// one-shot command for the daemon; 255 means none.
+#include "handlers/settings_frame.h"
+#include "handlers/settings_handlers.h"
+
+namespace {
+
+constexpr Field kFields[] = {
+    U8("Contrast", 0),
+    U8("Brightness", 1),
+    U8("Sharpness", 2),
+    U8("AgcGain", 3),
+    U8("ColorSaturation", 4),
+    U8("Mirror", 5),
+    U8("DayNight", 6),
+    U8("MaxExposureTime", 7),
+    U8("BackLight", 8),
+    U8("PowerFrequency", 9),
+    U8("Flickerless", 10),
+};
+
+constexpr Field kKey = U8("Key", 11);
+constexpr uint8_t kNoCommand = 255;
+
+// A request without a command clears whatever command was stored.
+void Merge(const FormValue& form, const RecordView& record) {
+  MergeFields(form, record, kFields);
+  if (!MergeField(form, record, kKey)) record.PutU8(kKey.offset, kNoCommand);
+}
+
+// A pending command keeps the browser on its page.
+int Result(const RecordView& record) { return record.GetU8(kKey.offset) == kNoCommand ? 1 : 0; }
+
+constexpr SettingsFamily kFlickerlessCamera = {
+    .recordSize = 12,
+    .readPolicy = ReadPolicy::Abort,
+    .writeFailure = {-1, false},
+    .merge = Merge,
+    .result = Result,
+};
+
+}  // namespace
+
+int FlickerlessCameraSettings(char* errorBuffer, const char* recordPath) {
+  return RunSettingsFrame<kFlickerlessCamera>(errorBuffer, recordPath);
+}

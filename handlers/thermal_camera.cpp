@@ -1,0 +1,42 @@
+// Thermal cameras: 22-byte record with 16-bit brightness and contrast
+// values, continue read.
+#include "handlers/settings_frame.h"
+#include "handlers/settings_handlers.h"
+
+namespace {
+
+constexpr Field kFields[] = {
+    U8("Color", 0),
+    U8("Agc", 1),
+    U16("Brightness", 2),
+    U16("Contrast", 4),
+    U16("DetailBrightness", 6),
+    U16("DetailContrast", 8),
+    U8("Invert", 10),
+    U8("Mirror", 11),
+    U8("Flip", 12),
+    U8("Filter", 13),
+    U8("Zoom", 14),
+    U8("EContrast", 15),
+    U8("Center", 16),
+    U8("Indicator", 17),
+    U8("Tv", 18),
+    U8("Nuc", 19),
+    // 20..21: not set here
+};
+
+void Merge(const FormValue& form, const RecordView& record) { MergeFields(form, record, kFields); }
+
+constexpr SettingsFamily kThermalCamera = {
+    .recordSize = 22,
+    .readPolicy = ReadPolicy::Continue,
+    .writeFailure = {-2, false},
+    .merge = Merge,
+    .result = nullptr,
+};
+
+}  // namespace
+
+int ThermalCameraSettings(char* errorBuffer, const char* recordPath) {
+  return RunSettingsFrame<kThermalCamera>(errorBuffer, recordPath);
+}
