@@ -88,21 +88,9 @@ constexpr Field kTailFields[] = {
     // 181: not set here
 };
 
-// Parallel arrays merged element by element: every array's key for index
-// 0, then for index 1, ...
-template <size_t N>
-void MergeStepByStep(const FormValue& form, const RecordView& record, const IndexedField (&arrays)[N]) {
-  for (int i = 0; i < arrays[0].count; ++i) {
-    for (const IndexedField& a : arrays) {
-      if (!form.LookupIndexed(a.keyFormat, a.first + i)) continue;
-      StoreField(record, {nullptr, a.offset + static_cast<uint32_t>(i) * a.stride, a.type, a.rule, 0}, form.Int());
-    }
-  }
-}
-
 void Merge(const FormValue& form, const RecordView& record) {
   MergeFields(form, record, kFields);
-  MergeStepByStep(form, record, kBoxEdges);
+  MergeIndexedFieldsByStep(form, record, kBoxEdges);
   MergeField(form, record, kEmissivityMode);
   // The mode as it stands after this request; a mode with no table slot
   // stores nothing.

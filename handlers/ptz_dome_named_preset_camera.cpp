@@ -142,18 +142,6 @@ constexpr Field kDisplayKeys[] = {
     // 5561: not set here
 };
 
-// Parallel arrays merged element by element: every array's key for index
-// 0, then for index 1, ...
-template <size_t N>
-void MergeStepByStep(const FormValue& form, const RecordView& record, const IndexedField (&arrays)[N]) {
-  for (int i = 0; i < arrays[0].count; ++i) {
-    for (const IndexedField& a : arrays) {
-      if (!form.LookupIndexed(a.keyFormat, a.first + i)) continue;
-      StoreField(record, {nullptr, a.offset + static_cast<uint32_t>(i) * a.stride, a.type, a.rule, 0}, form.Int());
-    }
-  }
-}
-
 void Merge(const FormValue& form, const RecordView& record) {
   MergeField(form, record, kPresetRunId);
   MergeField(form, record, kPresetSetId);
@@ -166,7 +154,7 @@ void Merge(const FormValue& form, const RecordView& record) {
   MergeField(form, record, kPresetAllClear);
 
   MergeFields(form, record, kTourKeys);
-  MergeStepByStep(form, record, kTourSteps);
+  MergeIndexedFieldsByStep(form, record, kTourSteps);
   MergeField(form, record, kTourAllClear);
 
   MergeFields(form, record, kGroupKeys);

@@ -82,13 +82,21 @@ void MergeFields(const FormValue& form, const RecordView& record, const Field* f
   for (size_t i = 0; i < count; ++i) MergeField(form, record, fields[i]);
 }
 
-void MergeIndexedField(const FormValue& form, const RecordView& record, const IndexedField& field) {
-  for (int i = 0; i < field.count; ++i) {
-    if (!form.LookupIndexed(field.keyFormat, field.first + i)) continue;
-    const Field element = {nullptr, field.offset + static_cast<uint32_t>(i) * field.stride, field.type,
-                           field.rule, 0};
-    StoreField(record, element, form.Int());
+void MergeIndexedFieldsByStep(const FormValue& form, const RecordView& record, const IndexedField* arrays,
+                              size_t count) {
+  for (int i = 0; count > 0 && i < arrays[0].count; ++i) {
+    for (size_t a = 0; a < count; ++a) {
+      const IndexedField& field = arrays[a];
+      if (!form.LookupIndexed(field.keyFormat, field.first + i)) continue;
+      const Field element = {nullptr, field.offset + static_cast<uint32_t>(i) * field.stride, field.type,
+                             field.rule, 0};
+      StoreField(record, element, form.Int());
+    }
   }
+}
+
+void MergeIndexedField(const FormValue& form, const RecordView& record, const IndexedField& field) {
+  MergeIndexedFieldsByStep(form, record, &field, 1);
 }
 
 bool KeyValueLocked(const FormValue& form, const RecordView& record, uint32_t offset) {

@@ -116,6 +116,15 @@ struct IndexedField {
 };
 void MergeIndexedField(const FormValue& form, const RecordView& record, const IndexedField& field);
 
+// Parallel arrays of like length merged element by element: every array's
+// key for the first index, then every array's key for the next, ...
+void MergeIndexedFieldsByStep(const FormValue& form, const RecordView& record, const IndexedField* arrays,
+                              size_t count);
+template <size_t N>
+void MergeIndexedFieldsByStep(const FormValue& form, const RecordView& record, const IndexedField (&arrays)[N]) {
+  MergeIndexedFieldsByStep(form, record, arrays, N);
+}
+
 // ---- Named patterns -------------------------------------------------------------
 
 // KeyValue lock: "KeyValue" is stored at offset when posted; true when the

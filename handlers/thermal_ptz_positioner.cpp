@@ -175,18 +175,6 @@ constexpr Field kGroupRunFields[] = {
     U8("GroupAllClear", 28649),
 };
 
-// Parallel arrays merged element by element: every array's key for index
-// 0, then for index 1, ...
-template <size_t N>
-void MergeStepByStep(const FormValue& form, const RecordView& record, const IndexedField (&arrays)[N]) {
-  for (int i = 0; i < arrays[0].count; ++i) {
-    for (const IndexedField& a : arrays) {
-      if (!form.LookupIndexed(a.keyFormat, a.first + i)) continue;
-      StoreField(record, {nullptr, a.offset + static_cast<uint32_t>(i) * a.stride, a.type, a.rule, 0}, form.Int());
-    }
-  }
-}
-
 // The name step: a posted text is copied with its NUL, at most slotSize-1
 // characters; then an empty value buffer clears the slot. A copy or a
 // clear that would reach past the record's end is skipped.
@@ -213,7 +201,7 @@ void Merge(const FormValue& form, const RecordView& record) {
   MergeField(form, record, kPresetEnable);
   MergeName(form, record, kPresetNames);
   MergeFields(form, record, kPresetFields);
-  MergeStepByStep(form, record, kPresetBoxes);
+  MergeIndexedFieldsByStep(form, record, kPresetBoxes);
   MergeFields(form, record, kPresetRunFields);
   MergeName(form, record, kPresetRunStrings);
 
@@ -226,12 +214,12 @@ void Merge(const FormValue& form, const RecordView& record) {
   MergeFields(form, record, kTourSetFields);
   MergeName(form, record, kTourNames);
   MergeField(form, record, kTourSetPrsEnble);
-  MergeStepByStep(form, record, kTourSteps);
+  MergeIndexedFieldsByStep(form, record, kTourSteps);
   MergeFields(form, record, kTourRunFields);
 
   MergeFields(form, record, kGroupSetFields);
   MergeName(form, record, kGroupNames);
-  MergeStepByStep(form, record, kGroupSteps);
+  MergeIndexedFieldsByStep(form, record, kGroupSteps);
   MergeFields(form, record, kGroupRunFields);
 }
 
