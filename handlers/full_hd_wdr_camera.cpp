@@ -1,0 +1,170 @@
+// Full-HD WDR cameras: 130-byte record, retry read. "KeyValue" locks the
+// record; four backlight areas are kept inside the 1920 by 1080 picture;
+// the stabilizer is off under backlight mode 1, and byte 121 tells the
+// camera which of the two is in charge.
+#include "handlers/settings_frame.h"
+#include "handlers/settings_handlers.h"
+
+namespace {
+
+constexpr uint32_t kKeyValue = 0;
+constexpr uint32_t kBacklightMode = 1;
+constexpr uint32_t kStabilizerMode = 90;
+constexpr uint32_t kStabilizerState = 121;
+
+constexpr Field kBacklight[] = {
+    U8("BacklightMode", kBacklightMode),
+    U8("BlcGain", 2),
+    U8("HsblcModeAgcTh", 3),
+    U8("HsblcAreaSelect", 4),
+    U8("HsblcMode", 5),
+    U8("HsblcMaskEn", 6),
+    U8("HsblcLevel", 7),
+};
+
+// 8..39: four arrays of four halfwords, element n-1 for area n.
+struct AreaArray {
+  const char* keyFormat;
+  uint32_t offset;
+};
+constexpr AreaArray kAreaPosX = {"HsblcArea%dPosX", 8};
+constexpr AreaArray kAreaPosY = {"HsblcArea%dPosY", 16};
+constexpr AreaArray kAreaSizeX = {"HsblcArea%dSizeX", 24};
+constexpr AreaArray kAreaSizeY = {"HsblcArea%dSizeY", 32};
+constexpr AreaArray kAreaArrays[] = {kAreaPosX, kAreaPosY, kAreaSizeX, kAreaSizeY};
+constexpr int kAreaCount = 4;
+constexpr uint32_t kPictureWidth = 1920;
+constexpr uint32_t kPictureHeight = 1080;
+
+constexpr Field kExposureToStabilizer[] = {
+    U8("LensMode", 40),
+    U8("DcLensMode", 41),
+    U8("DcIndoorShutMode", 42),
+    U8("DcOutdoorShutMode", 43),
+    U8("ManualShutMode", 44),
+    U8("AgcMode", 45),
+    U8("Brightness", 46),
+    U8("SensUpMode", 47),
+    U8("SensUpMax", 48),
+    U8("AgcLevel", 49),
+    U8("WdrGain", 50),
+    U8("LowLightMode", 51),
+    U8("LowLightTarget", 52),
+    U8("WbMode", 53),
+    U8("ManualBlueGain", 54),
+    U8("ManualRedGain", 55),
+    U8("IndoorBlueGain", 56),
+    U8("IndoorRedGain", 57),
+    U8("OutdoorBlueGain", 58),
+    U8("OutdoorRedGain", 59),
+    U8("CustomBlueGain", 60),
+    U8("CustomRedGain", 61),
+    U8("AwcSet", 62),
+    U8("StaticDpcMode", 63),
+    U8("StaticDpcScan", 64),
+    U8("StaticDpcAgc", 65),
+    U8("StaticDpcTh", 66),
+    U8("StaticDpcSensUp", 67),
+    U8("LiveDpcMode", 68),
+    U8("LiveDpcTh", 69),
+    U8("LiveDpcAgcTh", 70),
+    U8("Nr2dMode", 71),
+    U8("Nr3dMode", 72),
+    U8("Nr3dLinearMode", 73),
+    U8("Nr3dControlMode", 74),
+    U8("Nr3dSmartMode", 75),
+    U8("Nr3dSmartLevel", 76),
+    U8("DefogMode", 77),
+    U8("DefogGradation", 78),
+    U8("DefogDirection", 79),
+    U16("LumaGain", 80),
+    U16("LumaWdrGain", 82),
+    U16("LumaOffset", 84),
+    U16("LumaWdrOffset", 86),
+    U8("SharpnessMode", 88),
+    U8("SharpnessLevel", 89),
+    U8("StabilizerMode", kStabilizerMode),
+};
+
+// In lookup order: the auto-focus byte is taken before the page number.
+constexpr Field kOutputAndDayNight[] = {
+    U8("CvbsOutType", 91),
+    U8("DayNightMode", 92),
+    U8("DayNightFilterMode", 93),
+    // 94..96: not set here
+    U8("AutoDetectMode", 97),
+    U8("AutoDayNightDelay", 98),
+    U8("AutoAgcDnStartLevel", 99),
+    U8("AutoAgcDnEndLevel", 100),
+    U8("AutoWdrAgcDnStartLevel", 101),
+    U8("AutoWdrAgcDnEndLevel", 102),
+    U8("AutoCdsAgcDnStartLevel", 103),
+    U8("AutoCdsAgcDnEndLevel", 104),
+    // 105..107: not set here
+    U8("BwBurst", 108),
+    U8("BwIrSmart", 109),
+    U8("BwIrLed", 110),
+    // 111: not set here
+    U8("BwIrSmartPosX", 112),
+    U8("BwIrSmartPosY", 113),
+    U8("BwIrSmartSizeX", 114),
+    U8("BwIrSmartSizeY", 115),
+    U8("BwIrSmartLevel", 116),
+    U8("BwIrPwmLevel", 117),
+    U8("ExtDayNightDelay", 118),
+    U8("MirrorMode", 119),
+    U8("DayNightAutoFocus", 122),
+    U8("CamCtlPage", 120),
+    // 121: derived, see Merge
+};
+
+constexpr Field kIrisScanSet = U8("IrisScanSet", 123);
+// 124..129: not set here
+
+// A size that would reach past the picture's edge is cut to end at it; a
+// position already past the edge leaves the wrapped 16-bit difference.
+void KeepInsidePicture(const RecordView& record, uint32_t posOffset, uint32_t sizeOffset, uint32_t edge) {
+  const uint32_t position = record.GetU16(posOffset);
+  if (record.GetU16(sizeOffset) + position > edge) record.PutU16(sizeOffset, edge - position);
+}
+
+void MergeArea(const FormValue& form, const RecordView& record, int area) {
+  const uint32_t element = 2 * static_cast<uint32_t>(area - 1);
+  for (const AreaArray& array : kAreaArrays) {
+    MergeIndexedField(form, record, {array.keyFormat, area, 1, array.offset + element, 2, FieldType::U16, nullptr});
+  }
+  KeepInsidePicture(record, kAreaPosX.offset + element, kAreaSizeX.offset + element, kPictureWidth);
+  KeepInsidePicture(record, kAreaPosY.offset + element, kAreaSizeY.offset + element, kPictureHeight);
+}
+
+void Merge(const FormValue& form, const RecordView& record) {
+  if (KeyValueLocked(form, record, kKeyValue)) return;
+  MergeFields(form, record, kBacklight);
+  for (int area = 1; area <= kAreaCount; ++area) MergeArea(form, record, area);
+
+  MergeFields(form, record, kExposureToStabilizer);
+  const bool backlight = record.GetU8(kBacklightMode) == 1;
+  if (backlight) record.PutU8(kStabilizerMode, 0);
+
+  MergeFields(form, record, kOutputAndDayNight);
+  // 0: backlight compensation, 1: stabilizer, 2: neither.
+  const uint32_t state = backlight ? 0 : record.GetU8(kStabilizerMode) == 1 ? 1 : 2;
+  record.PutU8(kStabilizerState, state);
+  MergeField(form, record, kIrisScanSet);
+}
+
+int Result(const RecordView& record) { return KeyValueResult(record, kKeyValue); }
+
+constexpr SettingsFamily kFullHdWdrCamera = {
+    .recordSize = 130,
+    .readPolicy = ReadPolicy::Retry,
+    .writeFailure = {-2, false},
+    .merge = Merge,
+    .result = Result,
+};
+
+}  // namespace
+
+int FullHdWdrCameraSettings(char* errorBuffer, const char* recordPath) {
+  return RunSettingsFrame<kFullHdWdrCamera>(errorBuffer, recordPath);
+}
