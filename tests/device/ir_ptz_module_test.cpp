@@ -8,12 +8,6 @@ namespace {
 
 const std::vector<size_t> kActionIds = {70, 71, 75, 76, 77, 82, 83, 84, 85, 600, 602, 754, 758};
 
-std::vector<std::pair<size_t, uint8_t>> Idle(const std::vector<size_t>& offsets) {
-  std::vector<std::pair<size_t, uint8_t>> bytes;
-  for (size_t o : offsets) bytes.push_back({o, 255});
-  return bytes;
-}
-
 const FamilyProfile kIrPtzModule = {
     .family = "IrPtzModule",
     .codes = {"1I", "1i", "1J", "1j", "2i", "2j"},
@@ -21,7 +15,7 @@ const FamilyProfile kIrPtzModule = {
     .readPolicy = ReadFailure::Retry,
     .handler = IrPtzModuleSettings,
     .writeFailureResult = -2,
-    .quietBytes = Idle(kActionIds),
+    .quietBytes = AllAt(kActionIds, 255),
 };
 INSTANTIATE_TEST_SUITE_P(IrPtz, FamilyFrame, ::testing::Values(kIrPtzModule), PrintFamily);
 
@@ -106,31 +100,11 @@ TEST(IrPtzModule, MixedSaveStoresHalfwordsAndTourStepsAndShowsTheReturnPage) {
 
 TEST(IrPtzModule, ScanAndTourEditingOnlyWhileTheirSetNumberIsNot255) {
   DeviceRoot::Get().Reset();
-  struct Case {
-    std::string setKey;
-    size_t setOffset;
-    std::string slotKey;
-    size_t slotOffset;
-  };
-  const Case kinds[] = {
-      {"ScanSetId", 757, "ScanStartPreset=3", 755}, {"ScanSetId", 757, "ScanSetDwell=3", 761},
-      {"TourSetId", 601, "TourSetPresetId0=3", 604}, {"TourSetId", 601, "TourSetEnable31=3", 731}};
-  for (const Case& c : kinds) {
-    for (int setId : {254, 255}) {
-      const bool open = setId != 255;
-      for (bool posted : {true, false}) {
-        Bytes stored = Quiet();
-        stored[c.setOffset] = posted ? 0 : static_cast<uint8_t>(setId);
-        const std::string form =
-            c.slotKey + (posted ? "&" + c.setKey + "=" + std::to_string(setId) : std::string());
-        const Outcome o = PostToModule("1i", stored, form);
-        Bytes expected = stored;
-        expected[c.setOffset] = static_cast<uint8_t>(setId);
-        if (open) expected[c.slotOffset] = 3;
-        EXPECT_EQ(Hex(o.record), Hex(expected)) << form << " stored " << int(stored[c.setOffset]);
-      }
-    }
-  }
+  const GateCase gates[] = {{"ScanSetId", 757, 255, {"ScanStartPreset", 755, 1}},
+                            {"ScanSetId", 757, 255, {"ScanSetDwell", 761, 1}},
+                            {"TourSetId", 601, 255, {"TourSetPresetId0", 604, 1}},
+                            {"TourSetId", 601, 255, {"TourSetEnable31", 731, 1}}};
+  for (const GateCase& g : gates) ExpectGate("1i", Quiet(), g);
 }
 
 TEST(IrPtzModule, AnyPendingActionIdAnswers204) {

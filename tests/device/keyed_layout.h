@@ -4,10 +4,12 @@
 
 #include <stdint.h>
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "tests/device/device_root.h"
+#include "tests/device/family_frame.h"
 
 namespace device_test {
 
@@ -40,6 +42,20 @@ inline std::vector<KeyAt> Indexed(const std::string& name, int first, int count,
   return keys;
 }
 
+// Keys of consecutive fields of one width from offset on.
+inline std::vector<KeyAt> Run(size_t offset, const std::vector<std::string>& keys, int width = 1) {
+  std::vector<KeyAt> run;
+  for (const std::string& k : keys) run.push_back({k, offset, width}), offset += width;
+  return run;
+}
+
+// Quiet bytes: every offset set to one value.
+inline std::vector<std::pair<size_t, uint8_t>> AllAt(const std::vector<size_t>& offsets, uint8_t value) {
+  std::vector<std::pair<size_t, uint8_t>> bytes;
+  for (size_t o : offsets) bytes.push_back({o, value});
+  return bytes;
+}
+
 inline std::vector<KeyAt> Join(std::vector<std::vector<KeyAt>> parts) {
   std::vector<KeyAt> all;
   for (auto& part : parts) all.insert(all.end(), part.begin(), part.end());
@@ -55,6 +71,37 @@ inline std::vector<size_t> Uncovered(size_t size, const std::vector<KeyAt>& keys
   for (size_t i = 0; i < size; ++i)
     if (!covered[i]) free.push_back(i);
   return free;
+}
+
+// A set-id gate: its edit slot is merged only while the set id, posted or
+// as stored, is below the limit. Checked at limit-1 and limit, posted and
+// stored, with the slot posted as 0x1234 and the set id posted 256 higher
+// (only its low byte counts). `whenOpen` adds what else an open gate changes.
+struct GateCase {
+  std::string setKey;
+  size_t setOffset;
+  int limit;
+  KeyAt slot;
+  std::function<void(Bytes&)> whenOpen = nullptr;
+};
+
+inline void ExpectGate(const std::string& code, const Bytes& quiet, const GateCase& c) {
+  for (int setId : {c.limit - 1, c.limit}) {
+    for (bool posted : {true, false}) {
+      Bytes stored = quiet;
+      stored[c.setOffset] = posted ? 0 : static_cast<uint8_t>(setId);
+      const std::string form =
+          c.slot.key + "=0x1234" + (posted ? "&" + c.setKey + "=" + std::to_string(setId + 256) : std::string());
+      const Outcome o = PostToModule(code, stored, form);
+      Bytes expected = stored;
+      expected[c.setOffset] = static_cast<uint8_t>(setId);
+      if (setId < c.limit) {
+        PutLE(expected, c.slot.offset, c.slot.width, 0x1234);
+        if (c.whenOpen) c.whenOpen(expected);
+      }
+      EXPECT_EQ(Hex(o.record), Hex(expected)) << code << ": " << form << ", stored " << int(stored[c.setOffset]);
+    }
+  }
 }
 
 }  // namespace device_test

@@ -37,12 +37,6 @@ INSTANTIATE_TEST_SUITE_P(PtzAlarmInput, FamilyFrame, ::testing::Values(kPtzAlarm
 
 Bytes Quiet() { return QuietRecord(kPtzAlarmInputModule); }
 
-std::vector<KeyAt> Run(size_t offset, std::vector<std::string> keys, int width = 1) {
-  std::vector<KeyAt> run;
-  for (const std::string& k : keys) run.push_back({k, offset, width}), offset += width;
-  return run;
-}
-
 const std::vector<KeyAt> kKeys = Join({
     Run(0, {"WbMode", "GainR", "GainB", "Brightness", "ShutterMode", "ShutterSpeed", "SensUpMode",
             "SensUpLimit", "IrisMode", "IrisF_No", "AgcMode", "AgcVal", "Ssnr3Mode", "BlcMode", "BlcBoxDisp",
@@ -162,36 +156,13 @@ TEST(PtzAlarmInputModule, LocalFlagsAreSetWhenPostedAndClearedWhenNot) {
 
 TEST(PtzAlarmInputModule, EditSlotsOnlyBelowTheirKindsLimit) {
   DeviceRoot::Get().Reset();
-  struct Case {
-    std::string setKey;
-    size_t setOffset;
-    int limit;
-    KeyAt slot;
-  };
-  const Case kinds[] = {{"PrivacySetId", 155, 8, {"PrivacyH", 176, 2}},
-                        {"PresetSetId", 211, 32, {"PresetSetMode", 213, 1}},
-                        {"ScanSetId", 257, 8, {"ScanSetEndPreset", 262, 1}},
-                        {"PatternSetId", 272, 4, {"PatternSetMode", 273, 1}},
-                        {"GrpSetId", 665, 6, {"GrpSetDwell15", 730, 1}}};
-  for (const Case& c : kinds) {
-    for (int setId : {c.limit - 1, c.limit}) {
-      for (bool posted : {true, false}) {
-        Bytes stored = Quiet();
-        stored[c.setOffset] = posted ? 0 : static_cast<uint8_t>(setId);
-        const std::string form = c.slot.key + "=0x1234" +
-                                 (posted ? "&" + c.setKey + "=" + std::to_string(setId + 256) : std::string());
-        const Outcome o = PostToModule("1n", stored, form);
-        Bytes expected = stored;
-        expected[c.setOffset] = static_cast<uint8_t>(setId);
-        if (setId < c.limit) {
-          PutLE(expected, c.slot.offset, c.slot.width, 0x1234);
-          if (c.setKey == "GrpSetId")
-            for (size_t i = 667; i < 683; ++i) expected[i] = 0;
-        }
-        EXPECT_EQ(Hex(o.record), Hex(expected)) << form << " stored " << int(stored[c.setOffset]);
-      }
-    }
-  }
+  const auto ClearLocalFlags = [](Bytes& b) { std::fill(b.begin() + 667, b.begin() + 683, 0); };
+  const GateCase gates[] = {{"PrivacySetId", 155, 8, {"PrivacyH", 176, 2}},
+                            {"PresetSetId", 211, 32, {"PresetSetMode", 213, 1}},
+                            {"ScanSetId", 257, 8, {"ScanSetEndPreset", 262, 1}},
+                            {"PatternSetId", 272, 4, {"PatternSetMode", 273, 1}},
+                            {"GrpSetId", 665, 6, {"GrpSetDwell15", 730, 1}, ClearLocalFlags}};
+  for (const GateCase& g : gates) ExpectGate("1n", Quiet(), g);
 }
 
 TEST(PtzAlarmInputModule, OneShotIdBelowItsLimitAnswers204) {

@@ -9,12 +9,6 @@ namespace {
 
 const std::vector<size_t> kActionIds = {57, 58, 59, 71, 72, 73, 84, 85, 86, 185, 431};
 
-std::vector<std::pair<size_t, uint8_t>> Idle(const std::vector<size_t>& offsets) {
-  std::vector<std::pair<size_t, uint8_t>> bytes;
-  for (size_t o : offsets) bytes.push_back({o, 255});
-  return bytes;
-}
-
 const FamilyProfile kPtzAlarmIoModule = {
     .family = "PtzAlarmIoModule",
     .codes = {"1K", "1k", "1l", "2K"},
@@ -22,17 +16,11 @@ const FamilyProfile kPtzAlarmIoModule = {
     .readPolicy = ReadFailure::Retry,
     .handler = PtzAlarmIoModuleSettings,
     .writeFailureResult = -2,
-    .quietBytes = Idle(kActionIds),
+    .quietBytes = AllAt(kActionIds, 255),
 };
 INSTANTIATE_TEST_SUITE_P(PtzAlarmIo, FamilyFrame, ::testing::Values(kPtzAlarmIoModule), PrintFamily);
 
 Bytes Quiet() { return QuietRecord(kPtzAlarmIoModule); }
-
-std::vector<KeyAt> Run(size_t offset, std::vector<std::string> keys) {
-  std::vector<KeyAt> run;
-  for (const std::string& k : keys) run.push_back({k, offset++, 1});
-  return run;
-}
 
 const std::vector<KeyAt> kUngated = Join({
     Run(4, {"VideoOutMode", "AutoFocus", "FocusPosition", "FocusNearLimit", "AfSensitivity", "AfMode",
@@ -105,31 +93,16 @@ TEST(PtzAlarmIoModule, StepsAtTheirFirstAndLastIndexAndNeverOnePast) {
 
 TEST(PtzAlarmIoModule, GatedStepsOnlyWhileTheSetNumberIsBelow255) {
   DeviceRoot::Get().Reset();
-  struct Case {
-    std::string setKey;
-    size_t setOffset;
-    std::string stepKey;
-    size_t stepOffset;
-  };
-  const Case kinds[] = {{"TourSetId", 186, "TourSetFuncId3", 198},
-                        {"AlarmSetId", 219, "AlarmFuncId1", 214},
-                        {"GroupSetId", 432, "GroupSetPresetId15", 464}};
-  for (const Case& c : kinds) {
-    for (int setId : {254, 255}) {
-      for (bool posted : {true, false}) {
-        Bytes stored = Quiet();
-        stored[c.setOffset] = posted ? 0 : static_cast<uint8_t>(setId);
-        const std::string form = c.stepKey + "=3&AlarmEnable1=4" +
-                                 (posted ? "&" + c.setKey + "=" + std::to_string(setId) : std::string());
-        const Outcome o = PostToModule("1K", stored, form);
-        Bytes expected = stored;
-        expected[c.setOffset] = static_cast<uint8_t>(setId);
-        expected[224] = 4;  // alarm enables are never gated
-        if (setId != 255) expected[c.stepOffset] = 3;
-        EXPECT_EQ(Hex(o.record), Hex(expected)) << form << " stored " << int(stored[c.setOffset]);
-      }
-    }
-  }
+  const GateCase gates[] = {{"TourSetId", 186, 255, {"TourSetFuncId3", 198, 1}},
+                            {"AlarmSetId", 219, 255, {"AlarmFuncId1", 214, 1}},
+                            {"GroupSetId", 432, 255, {"GroupSetPresetId15", 464, 1}}};
+  for (const GateCase& g : gates) ExpectGate("1K", Quiet(), g);
+  // The alarm enables are never gated.
+  Bytes stored = Quiet();
+  stored[219] = 255;
+  Bytes expected = stored;
+  expected[224] = 4;
+  EXPECT_EQ(Hex(PostToModule("1K", stored, "AlarmEnable1=4").record), Hex(expected));
 }
 
 TEST(PtzAlarmIoModule, AnyPendingActionIdOrTourViewAnswers204) {

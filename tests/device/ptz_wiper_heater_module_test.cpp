@@ -10,8 +10,7 @@ namespace {
 const std::vector<size_t> kOneShots = {634, 98, 100, 566, 567, 568, 569, 570, 492, 560, 561};
 
 std::vector<std::pair<size_t, uint8_t>> QuietBytes() {
-  std::vector<std::pair<size_t, uint8_t>> bytes;
-  for (size_t o : kOneShots) bytes.push_back({o, 255});
+  auto bytes = AllAt(kOneShots, 255);
   bytes.push_back({493, 6});  // no group being edited: the local flags stay
   return bytes;
 }
@@ -28,12 +27,6 @@ const FamilyProfile kPtzWiperHeaterModule = {
 INSTANTIATE_TEST_SUITE_P(PtzWiperHeater, FamilyFrame, ::testing::Values(kPtzWiperHeaterModule), PrintFamily);
 
 Bytes Quiet() { return QuietRecord(kPtzWiperHeaterModule); }
-
-std::vector<KeyAt> Run(size_t offset, std::vector<std::string> keys, int width = 1) {
-  std::vector<KeyAt> run;
-  for (const std::string& k : keys) run.push_back({k, offset, width}), offset += width;
-  return run;
-}
 
 const std::vector<KeyAt> kKeys = Join({
     Run(1, {"FocusMode"}),
@@ -152,35 +145,12 @@ TEST(PtzWiperHeaterModule, LocalFlagsFollowTheCheckboxesWhileAGroupIsEdited) {
 
 TEST(PtzWiperHeaterModule, EditSlotsOnlyBelowTheirKindsLimit) {
   DeviceRoot::Get().Reset();
-  struct Case {
-    std::string setKey;
-    size_t setOffset;
-    int limit;
-    KeyAt slot;
-  };
-  const Case kinds[] = {{"PresetSetId", 99, 32, {"PresetSetMode", 101, 1}},
-                        {"GrpSetId", 493, 6, {"GrpSetDwell15", 558, 1}},
-                        {"PatternSetId", 571, 4, {"PatternSetMode", 572, 1}},
-                        {"PrivacySetId", 635, 8, {"PrivacyHeight", 640, 2}}};
-  for (const Case& c : kinds) {
-    for (int setId : {c.limit - 1, c.limit}) {
-      for (bool posted : {true, false}) {
-        Bytes stored = Quiet();
-        stored[c.setOffset] = posted ? 0 : static_cast<uint8_t>(setId);
-        const std::string form = c.slot.key + "=0x1234" +
-                                 (posted ? "&" + c.setKey + "=" + std::to_string(setId + 256) : std::string());
-        const Outcome o = PostToModule("18", stored, form);
-        Bytes expected = stored;
-        expected[c.setOffset] = static_cast<uint8_t>(setId);
-        if (setId < c.limit) {
-          PutLE(expected, c.slot.offset, c.slot.width, 0x1234);
-          if (c.setKey == "GrpSetId")
-            for (size_t i = 495; i < 511; ++i) expected[i] = 0;
-        }
-        EXPECT_EQ(Hex(o.record), Hex(expected)) << form << " stored " << int(stored[c.setOffset]);
-      }
-    }
-  }
+  const auto ClearLocalFlags = [](Bytes& b) { std::fill(b.begin() + 495, b.begin() + 511, 0); };
+  const GateCase gates[] = {{"PresetSetId", 99, 32, {"PresetSetMode", 101, 1}},
+                            {"GrpSetId", 493, 6, {"GrpSetDwell15", 558, 1}, ClearLocalFlags},
+                            {"PatternSetId", 571, 4, {"PatternSetMode", 572, 1}},
+                            {"PrivacySetId", 635, 8, {"PrivacyHeight", 640, 2}}};
+  for (const GateCase& g : gates) ExpectGate("18", Quiet(), g);
 }
 
 TEST(PtzWiperHeaterModule, OneShotIdOtherThan255Answers204) {
