@@ -119,7 +119,7 @@ void Merge(const FormValue& form, const RecordView& record) {
   MergeFields(form, record, kFields);
   if (SetIdGateOpen(form, record, "ScanSetId", kScanSetId, kNone)) MergeFields(form, record, kScanSlot);
   MergeFields(form, record, kTourActions);
-  if (SetIdGateOpen(form, record, "TourSetId", kTourSetId, kNone)) MergeSteps(form, record, kTourSteps);
+  if (SetIdGateOpen(form, record, "TourSetId", kTourSetId, kNone)) MergeIndexedFieldsByStep(form, record, kTourSteps);
   MergeFields(form, record, kTail);
 }
 

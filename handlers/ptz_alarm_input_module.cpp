@@ -248,8 +248,8 @@ void Merge(const FormValue& form, const RecordView& record) {
   }
   MergeFields(form, record, kGroupRunStop);
 
-  MergeSteps(form, record, kAlarmInputs);
-  MergeSteps(form, record, kAlarmOff);
+  MergeIndexedFieldsByStep(form, record, kAlarmInputs);
+  MergeIndexedFieldsByStep(form, record, kAlarmOff);
   MergeField(form, record, kAlarmClear);
 }
 

@@ -137,13 +137,13 @@ constexpr uint32_t kActionIds[] = {
 void Merge(const FormValue& form, const RecordView& record) {
   MergeFields(form, record, kFields);
   MergeField(form, record, kTourViewId);
-  if (SetIdGateOpen(form, record, "TourSetId", kTourSetId, kNone)) MergeSteps(form, record, kTourSteps);
-  if (SetIdGateOpen(form, record, "AlarmSetId", kAlarmSetId, kNone)) MergeSteps(form, record, kAlarmFunctions);
+  if (SetIdGateOpen(form, record, "TourSetId", kTourSetId, kNone)) MergeIndexedFieldsByStep(form, record, kTourSteps);
+  if (SetIdGateOpen(form, record, "AlarmSetId", kAlarmSetId, kNone)) MergeIndexedFieldsByStep(form, record, kAlarmFunctions);
   MergeFields(form, record, kPrivacyLook);
-  MergeSteps(form, record, kAlarmInputs);
+  MergeIndexedFieldsByStep(form, record, kAlarmInputs);
   MergeFields(form, record, kOutputsCalibrationPowerOn);
   MergeField(form, record, kGroupViewId);
-  if (SetIdGateOpen(form, record, "GroupSetId", kGroupSetId, kNone)) MergeSteps(form, record, kGroupSteps);
+  if (SetIdGateOpen(form, record, "GroupSetId", kGroupSetId, kNone)) MergeIndexedFieldsByStep(form, record, kGroupSteps);
 }
 
 int Result(const RecordView& record) {

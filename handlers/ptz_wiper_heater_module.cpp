@@ -219,8 +219,8 @@ void Merge(const FormValue& form, const RecordView& record) {
   if (SetIdGateOpen(form, record, "PrivacySetId", kPrivacySetId, kPrivacyLimit))
     MergeFields(form, record, kPrivacySlot);
 
-  MergeSteps(form, record, kAlarmInputs);
-  MergeSteps(form, record, kAlarmOutputs);
+  MergeIndexedFieldsByStep(form, record, kAlarmInputs);
+  MergeIndexedFieldsByStep(form, record, kAlarmOutputs);
   MergeField(form, record, kAlarmClear);
 
   MergeFields(form, record, kAuxiliaryDevices);

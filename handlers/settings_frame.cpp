@@ -82,17 +82,20 @@ void MergeFields(const FormValue& form, const RecordView& record, const Field* f
   for (size_t i = 0; i < count; ++i) MergeField(form, record, fields[i]);
 }
 
+void MergeIndexedStep(const FormValue& form, const RecordView& record, const IndexedField* arrays, size_t count,
+                      int index) {
+  for (size_t a = 0; a < count; ++a) {
+    const IndexedField& array = arrays[a];
+    if (!form.LookupIndexed(array.keyFormat, array.first + index)) continue;
+    const Field element = {nullptr, array.offset + static_cast<uint32_t>(index) * array.stride, array.type,
+                           array.rule, 0};
+    StoreField(record, element, form.Int());
+  }
+}
+
 void MergeIndexedFieldsByStep(const FormValue& form, const RecordView& record, const IndexedField* arrays,
                               size_t count) {
-  for (int i = 0; count > 0 && i < arrays[0].count; ++i) {
-    for (size_t a = 0; a < count; ++a) {
-      const IndexedField& field = arrays[a];
-      if (!form.LookupIndexed(field.keyFormat, field.first + i)) continue;
-      const Field element = {nullptr, field.offset + static_cast<uint32_t>(i) * field.stride, field.type,
-                             field.rule, 0};
-      StoreField(record, element, form.Int());
-    }
-  }
+  for (int i = 0; count > 0 && i < arrays[0].count; ++i) MergeIndexedStep(form, record, arrays, count, i);
 }
 
 void MergeIndexedField(const FormValue& form, const RecordView& record, const IndexedField& field) {

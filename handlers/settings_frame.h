@@ -116,6 +116,10 @@ struct IndexedField {
 };
 void MergeIndexedField(const FormValue& form, const RecordView& record, const IndexedField& field);
 
+// One element of each of several parallel arrays, at one index.
+void MergeIndexedStep(const FormValue& form, const RecordView& record, const IndexedField* arrays, size_t count,
+                      int index);
+
 // Parallel arrays of like length merged element by element: every array's
 // key for the first index, then every array's key for the next, ...
 void MergeIndexedFieldsByStep(const FormValue& form, const RecordView& record, const IndexedField* arrays,
@@ -123,6 +127,30 @@ void MergeIndexedFieldsByStep(const FormValue& form, const RecordView& record, c
 template <size_t N>
 void MergeIndexedFieldsByStep(const FormValue& form, const RecordView& record, const IndexedField (&arrays)[N]) {
   MergeIndexedFieldsByStep(form, record, arrays, N);
+}
+
+// Layout checks at compile time: every field and every array element lies
+// inside the record.
+constexpr uint32_t FieldWidth(FieldType type, uint32_t textSize) {
+  switch (type) {
+    case FieldType::U8: return 1;
+    case FieldType::U16: return 2;
+    case FieldType::U32: return 4;
+    default: return textSize;
+  }
+}
+template <size_t N>
+constexpr bool FitsIn(const Field (&fields)[N], uint32_t recordSize) {
+  for (const Field& f : fields)
+    if (f.offset + FieldWidth(f.type, f.textSize) > recordSize) return false;
+  return true;
+}
+template <size_t N>
+constexpr bool FitsIn(const IndexedField (&arrays)[N], uint32_t recordSize) {
+  for (const IndexedField& a : arrays)
+    if (a.count < 1 || a.offset + static_cast<uint32_t>(a.count - 1) * a.stride + FieldWidth(a.type, 0) > recordSize)
+      return false;
+  return true;
 }
 
 // ---- Named patterns -------------------------------------------------------------
