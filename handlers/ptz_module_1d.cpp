@@ -90,7 +90,8 @@ constexpr Field kZeroPointFields[] = {
 
 void MergeTourStep(const FormValue& form, const RecordView& record, const char* keyFormat, uint32_t base,
                    int step) {
-  MergeIndexedField(form, record, {keyFormat, step, 1, base + static_cast<uint32_t>(step), 0, FieldType::U8, nullptr});
+  const uint32_t offset = base + static_cast<uint32_t>(step);
+  MergeIndexedField(form, record, {keyFormat, step, 1, offset, 0, FieldType::U8, nullptr});
 }
 
 void Merge(const FormValue& form, const RecordView& record) {
