@@ -28,6 +28,9 @@ struct FamilyProfile {
   // Bytes to set in a patterned record so that a request without keys
   // answers with the return page (result 1).
   std::vector<std::pair<size_t, uint8_t>> quietBytes = {};
+  // The result of a request without keys on the quiet record; 0 for the
+  // families that always answer 204.
+  int quietResult = 1;
 };
 
 // A patterned record of the family's size with its quiet bytes set.

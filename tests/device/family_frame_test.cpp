@@ -35,7 +35,7 @@ TEST_P(FamilyFrame, EveryModuleCodeRewritesAnUntouchedRecordByteForByte) {
     longer.resize(quiet.size() + 10, 0xEE);
     const Outcome o = PostToModule(code, longer, "RetReDir=/r");
     EXPECT_EQ(o.answer.exitStatus, 0) << code;
-    EXPECT_EQ(o.answer.out, kRedirect) << code << "\n" << o.answer.err;
+    EXPECT_EQ(o.answer.out, p.quietResult == 1 ? kRedirect : kAnswer204) << code << "\n" << o.answer.err;
     EXPECT_EQ(Hex(o.record), Hex(quiet)) << code;
     EXPECT_EQ(o.answer.zrcamctldSignals, std::vector<int>{10}) << code;
   }

@@ -1,0 +1,65 @@
+// Thermal imaging modules: 56-byte record of 16- and 32-bit fields, continue
+// read; the AGC preset word is an unsigned decimal, and a pending reset or
+// save command keeps the browser on its page.
+#include "cgi/cgi_request.h"
+#include "handlers/settings_frame.h"
+#include "handlers/settings_handlers.h"
+
+namespace {
+
+constexpr Field kFieldsBeforeAgcPresets[] = {
+    // 0..3: not set here
+    U16("VideoStandard", 4),
+    U16("TestPattern", 6),
+    U16("DynamicDde", 8),
+    U16("PolarityPalette", 10),
+    U16("Orientation", 12),
+    U16("ZoomMode", 14),
+    U32("PanPosition", 16),
+    U32("TiltPosition", 20),
+    U16("SpotMeterMode", 24),
+    U16("IsoTherm", 26),
+    U16("IsoThresLower", 28),
+    U16("IsoThresMiddle", 30),
+    U16("IsoThresUpper", 32),
+    U16("FfcWarnTime", 34),
+    U16("ResetCamera", 36),
+    U16("SaveCamera", 38),
+    U16("Algorithm", 40),
+    // 42..43: not set here
+};
+
+// 44: "AgcPresets", u32, plain decimal with no hexadecimal prefix.
+constexpr uint32_t kAgcPresets = 44;
+
+constexpr Field kFieldsAfterAgcPresets[] = {
+    U16("Contrast", 48),
+    U16("Brightness", 50),
+    U16("BrightBias", 52),
+    // 54..55: not set here
+};
+
+// ResetCamera in the low half, SaveCamera in the high half.
+constexpr uint32_t kCommandWord = 36;
+
+void Merge(const FormValue& form, const RecordView& record) {
+  MergeFields(form, record, kFieldsBeforeAgcPresets);
+  if (form.Lookup("AgcPresets")) record.PutU32(kAgcPresets, DecimalToUInt32(form.Text()));
+  MergeFields(form, record, kFieldsAfterAgcPresets);
+}
+
+int Result(const RecordView& record) { return record.GetU32(kCommandWord) == 0 ? 1 : 0; }
+
+constexpr SettingsFamily kThermalImagingModule = {
+    .recordSize = 56,
+    .readPolicy = ReadPolicy::Continue,
+    .writeFailure = {-2, false},
+    .merge = Merge,
+    .result = Result,
+};
+
+}  // namespace
+
+int ThermalImagingModuleSettings(char* errorBuffer, const char* recordPath) {
+  return RunSettingsFrame<kThermalImagingModule>(errorBuffer, recordPath);
+}
