@@ -1,5 +1,9 @@
 #include "tests/device/family_frame.h"
 
+#include <stdio.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <chrono>
 
 namespace device_test {
@@ -98,16 +102,32 @@ TEST_P(FamilyFrame, UnwritableRecordGivesTheErrorPageAndKeepsTheFile) {
 }
 
 TEST_P(FamilyFrame, WriteFailureReturnsTheFamilysOwnCode) {
-  // /dev/full reads as zeros and refuses every write.
+  // The handler runs in this process, chrooted into the device root so that
+  // every fixed path it uses is the root's; /dev/full reads as zeros and
+  // refuses every write.
   const FamilyProfile& p = GetParam();
   ASSERT_NE(p.handler, nullptr);
-  char errorBuffer[256] = {};
-  testing::internal::CaptureStderr();
-  const int result = p.handler(errorBuffer, "/dev/full");
-  const std::string err = testing::internal::GetCapturedStderr();
-  EXPECT_EQ(result, p.writeFailureResult);
-  EXPECT_STREQ(errorBuffer, "ZrCamCtlWriteConfToFile is failed\n");
-  EXPECT_NE(err.find("ZrCamCtlWriteConfToFile is failed\n"), std::string::npos);
+  const pid_t pid = fork();
+  ASSERT_GE(pid, 0);
+  if (pid == 0) {
+    if (chroot(root.HostPath("").c_str()) != 0 || chdir("/") != 0) _exit(126);
+    if (!freopen("/tmp/handler.err", "w", stderr)) _exit(126);
+    char errorBuffer[256] = {};
+    const int result = p.handler(errorBuffer, "/dev/full");
+    FILE* out = fopen("/tmp/handler.out", "w");
+    if (!out) _exit(126);
+    fprintf(out, "%d\n%s", result, errorBuffer);
+    fclose(out);
+    fflush(stderr);
+    _exit(0);
+  }
+  int status = 0;
+  waitpid(pid, &status, 0);
+  ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  EXPECT_EQ(root.ReadFile("/tmp/handler.out").value_or(""),
+            std::to_string(p.writeFailureResult) + "\nZrCamCtlWriteConfToFile is failed\n");
+  EXPECT_NE(root.ReadFile("/tmp/handler.err").value_or("").find("ZrCamCtlWriteConfToFile is failed\n"),
+            std::string::npos);
 }
 
 }  // namespace

@@ -15,6 +15,7 @@ mkdir -p "$root"
 cd "$root"
 mkdir -p bin usr/bin usr/sbin lib var/run tmp web/cgi-bin opt/kfp/etc/ZrConf proc dev
 [ -e dev/null ] || mknod -m 666 dev/null c 1 3
+[ -e dev/full ] || mknod -m 666 dev/full c 1 7
 
 busybox=$(command -v busybox)
 put "$busybox" bin/busybox
