@@ -7,10 +7,7 @@
 
 using SettingsHandler = int (*)(char* errorBuffer, const char* recordPath);
 
-// A family whose source file is not in the build yet leaves its name
-// undefined; the weak reference then reads as null and its table rows
-// answer as modules without a handler.
-#define ZR_SETTINGS_HANDLER(name) [[gnu::weak]] int name(char* errorBuffer, const char* recordPath)
+#define ZR_SETTINGS_HANDLER(name) int name(char* errorBuffer, const char* recordPath)
 
 ZR_SETTINGS_HANDLER(BasicColourCameraSettings);              // 0H 0K
 ZR_SETTINGS_HANDLER(ThermalCameraSettings);                  // 0D 09

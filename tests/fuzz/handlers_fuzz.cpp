@@ -39,7 +39,7 @@ SettingsHandler Handler(uint8_t choice) {
       for (int i = 0; i < count && !seen; ++i) seen = handlers[i] == h;
       if (!seen) handlers[count++] = h;
     }
-    if (UnroutedZoomModuleSettings) handlers[count++] = UnroutedZoomModuleSettings;
+    handlers[count++] = UnroutedZoomModuleSettings;  // in no table row
   }
   return handlers[choice % count];
 }
