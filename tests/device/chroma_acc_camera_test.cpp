@@ -30,9 +30,9 @@ TEST(ChromaAccCamera, WordsTakeNegativeAndHexValues) {
   const Bytes quiet = QuietRecord(kChromaAccCamera);
   const Outcome o = PostToModule("0m", quiet, "Brightness=-2&ChromaSaturation=0x7FFFFFFF&rGain=-2147483648");
   Bytes expected = quiet;
-  PutField(expected, 0, 4, 0xFFFFFFFE);
-  PutField(expected, 4, 4, 0x7FFFFFFF);
-  PutField(expected, 24, 4, 0x80000000);
+  PutLE(expected, 0, 4, 0xFFFFFFFE);
+  PutLE(expected, 4, 4, 0x7FFFFFFF);
+  PutLE(expected, 24, 4, 0x80000000);
   EXPECT_EQ(Hex(o.record), Hex(expected));
 }
 

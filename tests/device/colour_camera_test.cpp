@@ -1,7 +1,7 @@
 // Simple colour cameras (modules 0N, 0n, 0P, 0p): 10-byte record of
 // halfwords, continue read.
 #include "tests/device/family_frame.h"
-#include "tests/device/posted_keys.h"
+#include "tests/device/keyed_layout.h"
 
 namespace device_test {
 namespace {

@@ -1,7 +1,7 @@
 // Day/night camera module 3A: 140-byte record, continue read, the AgcGain
 // clamp and the lower-case keys of the last block.
 #include "tests/device/family_frame.h"
-#include "tests/device/posted_keys.h"
+#include "tests/device/keyed_layout.h"
 
 namespace device_test {
 namespace {
@@ -37,7 +37,7 @@ TEST(DayNightCamera, EveryKeyLandsInItsFieldAndUnkeyedBytesStay) {
   // Unkeyed: 26..27, 90..91, 110..127, 138..139.
   Bytes expected = Quiet();
   const std::string form = PostEveryKey(kKeys, expected) + "&AgcGain=0x10";
-  PutLe(expected, 96, 16, 4);
+  PutLE(expected, 96, 4, 16);
   const Outcome o = PostToModule("3A", Quiet(), form);
   EXPECT_EQ(Hex(o.record), Hex(expected));
   EXPECT_EQ(o.answer.out, "");
@@ -63,10 +63,10 @@ TEST(DayNightCamera, AgcGainBelowOneIsStoredAsOneAndOtherWidthsTruncate) {
 TEST(DayNightCamera, AbsentOrMiscasedKeysLeaveTheirBytes) {
   DeviceRoot::Get().Reset();
   Bytes zeroGain = Quiet();
-  PutLe(zeroGain, 96, 0, 4);  // a stored 0 is not clamped when the key is absent
+  PutLE(zeroGain, 96, 4, 0);  // a stored 0 is not clamped when the key is absent
   for (const std::string form : {"Hue=3", "agcGain=5", "AewType=5", "ExpPriority=5", "DynRange=5"}) {
     Bytes expected = zeroGain;
-    if (form == "Hue=3") PutLe(expected, 4, 3, 4);
+    if (form == "Hue=3") PutLE(expected, 4, 4, 3);
     const Outcome o = PostToModule("3A", zeroGain, form);
     EXPECT_EQ(Hex(o.record), Hex(expected)) << form;
   }

@@ -1,7 +1,7 @@
 // Infrared-switching cameras (modules 7A, 7B): 116-byte record of 32-bit
 // words, continue read, -1 after a failed write.
 #include "tests/device/family_frame.h"
-#include "tests/device/posted_keys.h"
+#include "tests/device/keyed_layout.h"
 
 namespace device_test {
 namespace {

@@ -10,19 +10,14 @@
 #include <vector>
 
 #include "tests/device/family_frame.h"
+#include "tests/device/keyed_layout.h"
 
 namespace device_test {
-
-struct KeyedField {
-  std::string key;
-  size_t offset;
-  size_t width;  // 1, 2 or 4 bytes, little-endian
-};
 
 struct KeyedFamily {
   FamilyProfile profile;
   // The family's plain keys; keys with rules of their own are tested by the family.
-  std::vector<KeyedField> fields;
+  std::vector<KeyAt> fields;
 };
 
 class KeyedFields : public ::testing::TestWithParam<KeyedFamily> {
@@ -35,9 +30,5 @@ inline std::string PrintKeyedFamily(const ::testing::TestParamInfo<KeyedFamily>&
 }
 
 inline void PrintTo(const KeyedFamily& family, std::ostream* os) { *os << family.profile.family; }
-
-// Little-endian field access on test records.
-uint32_t GetField(const Bytes& record, size_t offset, size_t width);
-void PutField(Bytes& record, size_t offset, size_t width, uint32_t value);
 
 }  // namespace device_test

@@ -4,16 +4,6 @@
 
 namespace device_test {
 
-uint32_t GetField(const Bytes& record, size_t offset, size_t width) {
-  uint32_t v = 0;
-  for (size_t i = 0; i < width; ++i) v |= static_cast<uint32_t>(record.at(offset + i)) << (8 * i);
-  return v;
-}
-
-void PutField(Bytes& record, size_t offset, size_t width, uint32_t value) {
-  for (size_t i = 0; i < width; ++i) record.at(offset + i) = static_cast<uint8_t>(value >> (8 * i));
-}
-
 namespace {
 
 const char kSignalled[] = "[SendSignalToZrCamCtlD] Send sig = [10] to zrcamctld. [OK]\n";
@@ -28,13 +18,13 @@ struct Request {
 // its width (some in hex, words as signed decimals), so a field stored too
 // wide or too narrow shows in its own bytes or in an unposted neighbour's.
 std::vector<Request> Requests(const KeyedFamily& family, const Bytes& base) {
-  std::vector<KeyedField> fields = family.fields;
+  std::vector<KeyAt> fields = family.fields;
   std::sort(fields.begin(), fields.end(), [](auto& a, auto& b) { return a.offset < b.offset; });
   std::vector<Request> requests = {{"every key", "", base}, {"even keys", "", base}, {"odd keys", "", base}};
   for (size_t i = 0; i < fields.size(); ++i) {
-    const KeyedField& f = fields[i];
+    const KeyAt& f = fields[i];
     const uint32_t mask = f.width == 4 ? 0xFFFFFFFFu : (1u << (8 * f.width)) - 1;
-    const uint32_t stored = ~GetField(base, f.offset, f.width) & mask;
+    const uint32_t stored = ~GetLE(base, f.offset, f.width) & mask;
     char text[32];
     if (f.width == 4)
       snprintf(text, sizeof text, "%d", static_cast<int32_t>(stored));
@@ -42,7 +32,7 @@ std::vector<Request> Requests(const KeyedFamily& family, const Bytes& base) {
       snprintf(text, sizeof text, i % 3 ? "%u" : "0x%X", stored | (0x300u << (8 * f.width - 8)));
     for (Request* r : {&requests[0], &requests[1 + i % 2]}) {
       r->form += (r->form.empty() ? "" : "&") + f.key + "=" + text;
-      PutField(r->expected, f.offset, f.width, stored);
+      PutLE(r->expected, f.offset, f.width, stored);
     }
   }
   return requests;

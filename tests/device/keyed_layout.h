@@ -1,8 +1,9 @@
-// Test helpers for families with long layouts: post a list of keys with
-// distinct values and build the record the handler must leave.
+// Test helpers for record layouts: post a list of keys with distinct values
+// and build the record the handler must leave.
 #pragma once
 
 #include <stdint.h>
+#include <stdio.h>
 
 #include <functional>
 #include <string>
@@ -16,11 +17,17 @@ namespace device_test {
 struct KeyAt {
   std::string key;
   size_t offset;
-  int width;  // 1 or 2 bytes, little-endian
+  int width;  // 1, 2 or 4 bytes, little-endian
 };
 
 inline void PutLE(Bytes& record, size_t offset, int width, uint32_t value) {
   for (int i = 0; i < width; ++i) record.at(offset + i) = static_cast<uint8_t>(value >> (8 * i));
+}
+
+inline uint32_t GetLE(const Bytes& record, size_t offset, int width) {
+  uint32_t v = 0;
+  for (int i = 0; i < width; ++i) v |= static_cast<uint32_t>(record.at(offset + i)) << (8 * i);
+  return v;
 }
 
 // Appends "&key=value" for every key, with a value distinct per key and
@@ -101,6 +108,47 @@ inline void ExpectGate(const std::string& code, const Bytes& quiet, const GateCa
       }
       EXPECT_EQ(Hex(o.record), Hex(expected)) << code << ": " << form << ", stored " << int(stored[c.setOffset]);
     }
+  }
+}
+
+// Appends "key=value" for every key and stores the values into expected.
+// The low bytes of the values differ from key to key; the values are
+// posted in turn as negative decimal, hexadecimal and plain decimal.
+inline std::string PostEveryKey(const std::vector<KeyAt>& keys, Bytes& expected, uint32_t seed = 0x1234567) {
+  std::string form;
+  for (size_t i = 0; i < keys.size(); ++i) {
+    uint32_t v = seed + static_cast<uint32_t>(i) * 0x01030507u;
+    std::string text;
+    if (i % 3 == 0) {
+      v |= 0x80000000u;
+      text = std::to_string(static_cast<int32_t>(v));
+    } else {
+      v &= 0x7FFFFFFFu;
+      char hex[16];
+      snprintf(hex, sizeof hex, "0x%X", v);
+      text = i % 3 == 1 ? std::string(hex) : std::to_string(v);
+    }
+    PutLE(expected, keys[i].offset, keys[i].width, v);
+    form += (form.empty() ? "" : "&") + keys[i].key + "=" + text;
+  }
+  return form;
+}
+
+// One request on a record: the bytes at offset, in the given width, must
+// read stored afterwards and every other byte must be as before.
+struct StoreCase {
+  std::string form;
+  size_t offset;
+  int width;
+  uint32_t stored;
+};
+
+inline void ExpectEachStore(const std::string& code, const Bytes& before, const std::vector<StoreCase>& cases) {
+  for (const StoreCase& c : cases) {
+    Bytes expected = before;
+    PutLE(expected, c.offset, c.width, c.stored);
+    const Outcome o = PostToModule(code, before, c.form);
+    EXPECT_EQ(Hex(o.record), Hex(expected)) << c.form;
   }
 }
 

@@ -1,7 +1,7 @@
 // Cameras driven through their own OSD menu (modules 1m, 3C, 3c): 69-byte
 // record of bytes, continue read, the answer decided by the menu keys.
 #include "tests/device/family_frame.h"
-#include "tests/device/posted_keys.h"
+#include "tests/device/keyed_layout.h"
 
 namespace device_test {
 namespace {

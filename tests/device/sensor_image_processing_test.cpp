@@ -1,7 +1,7 @@
 // Image sensors with their own processing (modules 5A..5T): 296-byte record
 // of 32-bit words, continue read, -1 after a failed write.
 #include "tests/device/family_frame.h"
-#include "tests/device/posted_keys.h"
+#include "tests/device/keyed_layout.h"
 
 namespace device_test {
 namespace {

@@ -30,10 +30,10 @@ TEST(ThermalCamera, HalfwordsKeepTheirLowSixteenBits) {
   const Outcome o =
       PostToModule("0D", quiet, "Brightness=-1&Contrast=65536&DetailBrightness=0x1FF&DetailContrast=70000");
   Bytes expected = quiet;
-  PutField(expected, 2, 2, 0xFFFF);
-  PutField(expected, 4, 2, 0);
-  PutField(expected, 6, 2, 0x1FF);
-  PutField(expected, 8, 2, 70000 & 0xFFFF);
+  PutLE(expected, 2, 2, 0xFFFF);
+  PutLE(expected, 4, 2, 0);
+  PutLE(expected, 6, 2, 0x1FF);
+  PutLE(expected, 8, 2, 70000 & 0xFFFF);
   EXPECT_EQ(Hex(o.record), Hex(expected));
 }
 

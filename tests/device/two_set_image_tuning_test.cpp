@@ -1,7 +1,7 @@
 // Image-signal-processor tuning module 1d: 153-byte record of bytes,
 // continue read, two parameter sets whose keys follow one rule.
 #include "tests/device/family_frame.h"
-#include "tests/device/posted_keys.h"
+#include "tests/device/keyed_layout.h"
 
 namespace device_test {
 namespace {
