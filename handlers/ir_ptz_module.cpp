@@ -124,9 +124,7 @@ void Merge(const FormValue& form, const RecordView& record) {
 }
 
 int Result(const RecordView& record) {
-  for (uint32_t offset : kActionIds)
-    if (record.GetU8(offset) != kNone) return 0;
-  return 1;
+  return OneShotsIdle(record, kActionIds) ? 1 : 0;
 }
 
 constexpr SettingsFamily kIrPtzModule = {

@@ -10,7 +10,6 @@
 namespace {
 
 constexpr uint32_t kRecordSize = 718;
-constexpr uint32_t kIdle = 255;
 
 constexpr uint32_t kPresetLimit = 32;
 constexpr uint32_t kGroupLimit = 6;
@@ -227,9 +226,7 @@ void Merge(const FormValue& form, const RecordView& record) {
 }
 
 int Result(const RecordView& record) {
-  for (uint32_t offset : kOneShots)
-    if (record.GetU8(offset) != kIdle) return 0;
-  return 1;
+  return OneShotsIdle(record, kOneShots) ? 1 : 0;
 }
 
 constexpr SettingsFamily kPtzWiperHeaterModule = {

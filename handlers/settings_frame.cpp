@@ -109,6 +109,13 @@ bool KeyValueLocked(const FormValue& form, const RecordView& record, uint32_t of
 
 int KeyValueResult(const RecordView& record, uint32_t offset) { return record.GetU8(offset) == 0 ? 1 : 0; }
 
+bool OneShotsIdle(const RecordView& record, const uint32_t* offsets, size_t count) {
+  for (size_t i = 0; i < count; ++i) {
+    if (record.GetU8(offsets[i]) != 0xFF) return false;
+  }
+  return true;
+}
+
 bool SetIdGateOpen(const FormValue& form, const RecordView& record, const char* setIdKey, uint32_t offset,
                    uint32_t limit) {
   if (form.Lookup(setIdKey)) record.PutU8(offset, static_cast<uint32_t>(form.Int()));

@@ -162,6 +162,14 @@ bool KeyValueLocked(const FormValue& form, const RecordView& record, uint32_t of
 // KeyValue rule: 1 (return page) when the byte is 0, else 0 (204 answer).
 int KeyValueResult(const RecordView& record, uint32_t offset);
 
+// One-shot commands are idle at 255: true when none of the bytes at the
+// offsets holds a pending command.
+bool OneShotsIdle(const RecordView& record, const uint32_t* offsets, size_t count);
+template <size_t N>
+bool OneShotsIdle(const RecordView& record, const uint32_t (&offsets)[N]) {
+  return OneShotsIdle(record, offsets, N);
+}
+
 // Set-id gate: the set id is stored (low 8 bits) when posted; true when the
 // byte there (posted or as read) is below limit, so its edit slot may be merged.
 bool SetIdGateOpen(const FormValue& form, const RecordView& record, const char* setIdKey,

@@ -229,9 +229,7 @@ constexpr uint32_t kWiperCommands = 28670;  // WiperRun and WiperStop together
 constexpr uint32_t kWasherRun = 28674;
 
 int Result(const RecordView& record) {
-  for (uint32_t offset : kCommandBytes) {
-    if (record.GetU8(offset) < 0xFF) return 0;
-  }
+  if (!OneShotsIdle(record, kCommandBytes)) return 0;
   if (record.GetU16(kWiperCommands) < 0xFFFF) return 0;
   return record.GetU8(kWasherRun) == 0xFF ? 1 : 0;
 }
