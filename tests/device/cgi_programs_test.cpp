@@ -117,6 +117,9 @@ TEST_F(CgiPrograms, PidFilesThatNameNoProcessSendNothing) {
     EXPECT_EQ(a.out.substr(0, 7), "<html>\n") << content;  // the answer is unchanged
   }
 
+  root.WriteFile("/var/run/zrcamctld.pid", std::string());  // empty
+  EXPECT_EQ(root.Post("zrcamctlapply.cgi", "").err, error);
+
   root.SetPidFile("zrcamctld", "");
   Answer a = root.Post("zrcamctlapply.cgi", "");
   EXPECT_EQ(a.err, "[SendSignalToZrCamCtlD] pid file [/var/run/zrcamctld.pid] is not found.\n");

@@ -58,6 +58,14 @@ TEST_F(SetProgram, UnreadableBasicConfiguration) {
                   Times(5, "qet_get_and_init_pn_code():strstr(\";) error for end\n" + readFailed) +
                       NoHandler("ffffffff", -1, "00020001") + kSignalOk);
 
+  // No basic configuration at all: cat says so, the copy is empty.
+  root.Remove("/proc/driver/qe_basic_conf");
+  ExpectNoHandler(root.Post("zrcamctlset.cgi", ""),
+                  Times(5, "cat: can't open '/proc/driver/qe_basic_conf': No such file or directory\n"
+                           "qet_get_and_init_pn_code():strstr(QEF_STR1=\") error for start\n" +
+                               readFailed) +
+                      NoHandler("ffffffff", -1, "00020001") + kSignalOk);
+
   root.SetBasicConf("");
   ExpectNoHandler(root.Post("zrcamctlset.cgi", ""),
                   Times(5, "qet_get_and_init_pn_code():strstr(QEF_STR1=\") error for start\n" + readFailed) +
