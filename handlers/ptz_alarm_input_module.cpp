@@ -173,31 +173,17 @@ constexpr Field kGroupRunStop[] = {
     U8("GrpStopId", 732),
 };
 
-// Four alarm inputs of 8 bytes: type, priority, sequence mode and data,
-// pan speed, a byte not set here, 16-bit pan/tilt.
-constexpr IndexedField kAlarmInputs[] = {
-    {"AlmType%d", 0, 4, 744, 8, FieldType::U8, nullptr},
-    {"AlmPrior%d", 0, 4, 745, 8, FieldType::U8, nullptr},
-    {"AlmSeqMode%d", 0, 4, 746, 8, FieldType::U8, nullptr},
-    {"AlmSeqData%d", 0, 4, 747, 8, FieldType::U8, nullptr},
-    {"AlmAPanSpd%d", 0, 4, 748, 8, FieldType::U8, nullptr},
-    {"AlmAPanTilt%d", 0, 4, 750, 8, FieldType::U16, nullptr},
-};
+constexpr AlarmInputArrays kAlarmInputs = AlarmInputsAt(744);
 // The alarm-off setting exists once, as index 0.
-constexpr IndexedField kAlarmOff[] = {
-    {"AlmInputCh%d", 0, 1, 776, 4, FieldType::U8, nullptr},
-    {"AlmOffMode%d", 0, 1, 777, 4, FieldType::U8, nullptr},
-    {"AlmOffTime%d", 0, 1, 778, 4, FieldType::U8, nullptr},
-    {"AlmTimeUnit%d", 0, 1, 779, 4, FieldType::U8, nullptr},
-    // 780..784: not set here
-};
+constexpr AlarmOffArrays kAlarmOff = AlarmOffAt(776, 1);
+// 780..784: not set here
 constexpr Field kAlarmClear = U8("AlmClear", 785);
 // 786..787: not set here
 
 static_assert(FitsIn(kImage, kRecordSize) && FitsIn(kAutoRun, kRecordSize) &&
               FitsIn(kPrivacySlot, kRecordSize) && FitsIn(kScanSlot, kRecordSize) &&
-              FitsIn(kGroupSteps, kRecordSize) && FitsIn(kAlarmInputs, kRecordSize) &&
-              FitsIn(kAlarmOff, kRecordSize) && kAlarmClear.offset < kRecordSize);
+              FitsIn(kGroupSteps, kRecordSize) && FitsIn(kAlarmInputs.arrays, kRecordSize) &&
+              FitsIn(kAlarmOff.arrays, kRecordSize) && kAlarmClear.offset < kRecordSize);
 
 // One-shot ids: a command is pending while one is below its kind's limit.
 struct OneShot {
@@ -248,8 +234,8 @@ void Merge(const FormValue& form, const RecordView& record) {
   }
   MergeFields(form, record, kGroupRunStop);
 
-  MergeIndexedFieldsByStep(form, record, kAlarmInputs);
-  MergeIndexedFieldsByStep(form, record, kAlarmOff);
+  MergeIndexedFieldsByStep(form, record, kAlarmInputs.arrays);
+  MergeIndexedFieldsByStep(form, record, kAlarmOff.arrays);
   MergeField(form, record, kAlarmClear);
 }
 

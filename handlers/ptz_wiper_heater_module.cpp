@@ -127,24 +127,10 @@ constexpr Field kPrivacySlot[] = {
     U16("PrivacyHeight", 640),
 };
 
-// Four alarm inputs of 8 bytes: type, priority, sequence mode and data,
-// pan speed, a byte not set here, 16-bit pan/tilt.
-constexpr IndexedField kAlarmInputs[] = {
-    {"AlmType%d", 0, 4, 642, 8, FieldType::U8, nullptr},
-    {"AlmPrior%d", 0, 4, 643, 8, FieldType::U8, nullptr},
-    {"AlmSeqMode%d", 0, 4, 644, 8, FieldType::U8, nullptr},
-    {"AlmSeqData%d", 0, 4, 645, 8, FieldType::U8, nullptr},
-    {"AlmAPanSpd%d", 0, 4, 646, 8, FieldType::U8, nullptr},
-    {"AlmAPanTilt%d", 0, 4, 648, 8, FieldType::U16, nullptr},
-};
+constexpr AlarmInputArrays kAlarmInputs = AlarmInputsAt(642);
 // Two alarm output settings of 4 bytes.
-constexpr IndexedField kAlarmOutputs[] = {
-    {"AlmInputCh%d", 0, 2, 674, 4, FieldType::U8, nullptr},
-    {"AlmOffMode%d", 0, 2, 675, 4, FieldType::U8, nullptr},
-    {"AlmOffTime%d", 0, 2, 676, 4, FieldType::U8, nullptr},
-    {"AlmTimeUnit%d", 0, 2, 677, 4, FieldType::U8, nullptr},
-    // 682: not set here
-};
+constexpr AlarmOffArrays kAlarmOutputs = AlarmOffAt(674, 2);
+// 682: not set here
 constexpr Field kAlarmClear = U8("AlmClear", 683);
 
 constexpr Field kAuxiliaryDevices[] = {
@@ -181,7 +167,7 @@ constexpr Field kAuxiliaryDevices[] = {
 static_assert(FitsIn(kCamera, kRecordSize) && FitsIn(kGroupSteps, kRecordSize) &&
               FitsIn(kGroupCommands, kRecordSize) && FitsIn(kPatternActions, kRecordSize) &&
               FitsIn(kHomeAndAutoRun, kRecordSize) && FitsIn(kPrivacySlot, kRecordSize) &&
-              FitsIn(kAlarmInputs, kRecordSize) && FitsIn(kAlarmOutputs, kRecordSize) &&
+              FitsIn(kAlarmInputs.arrays, kRecordSize) && FitsIn(kAlarmOutputs.arrays, kRecordSize) &&
               FitsIn(kAuxiliaryDevices, kRecordSize));
 
 // One-shot ids: any of them other than 255 is a pending command. The home
@@ -218,8 +204,8 @@ void Merge(const FormValue& form, const RecordView& record) {
   if (SetIdGateOpen(form, record, "PrivacySetId", kPrivacySetId, kPrivacyLimit))
     MergeFields(form, record, kPrivacySlot);
 
-  MergeIndexedFieldsByStep(form, record, kAlarmInputs);
-  MergeIndexedFieldsByStep(form, record, kAlarmOutputs);
+  MergeIndexedFieldsByStep(form, record, kAlarmInputs.arrays);
+  MergeIndexedFieldsByStep(form, record, kAlarmOutputs.arrays);
   MergeField(form, record, kAlarmClear);
 
   MergeFields(form, record, kAuxiliaryDevices);
