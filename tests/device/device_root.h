@@ -85,6 +85,7 @@ class DeviceRoot {
   Answer Get(const std::string& program, const std::string& query) const;
   // argv[0] as given, for the dispatch on names.
   Answer RunAs(const std::string& argv0, const Request& request) const;
+  Answer RunNow(const std::string& argv0, const Request& request) const;
   // Many requests at once: all are started before any is waited for. The
   // daemons' signals are collected once, into the first answer.
   std::vector<Answer> RunTogether(const std::string& program, const std::vector<Request>& requests) const;
