@@ -1,6 +1,7 @@
 #include "tests/device/device_root.h"
 
 #include <dirent.h>
+#include <ftw.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <stdio.h>
@@ -17,13 +18,8 @@
 #include <algorithm>
 #include <fstream>
 #include <sstream>
-#include <functional>
-#include <gtest/gtest.h>
 
 namespace device_test {
-Answer CaptureCase(DeviceRoot& root, const std::string& group, const std::string& name, const std::string& argv0,
-                   const Request& request, const std::function<Answer(const Request&)>& run);
-void CaptureFresh(const DeviceRoot& root);
 namespace {
 
 constexpr int kFlushSignal = SIGWINCH;  // numbered above SIGUSR1/2, so it is taken after them
@@ -46,6 +42,8 @@ std::string Slurp(const std::string& path) {
   s << in.rdbuf();
   return s.str();
 }
+
+int RemoveOne(const char* path, const struct stat*, int, FTW*) { return remove(path); }
 
 void Shell(const std::string& command) {
   if (system(command.c_str()) != 0) Die("command failed: " + command);
@@ -123,7 +121,6 @@ DeviceRoot::DeviceRoot() {
   WriteFile("/web/setup/cam.htm", std::string("<p>camera page</p>\n"));
   StartDaemons();
   Reset();
-  if (getenv("ZRCAMCTL_CAPTURE")) CaptureFresh(*this);
 }
 
 DeviceRoot::~DeviceRoot() {
@@ -183,18 +180,30 @@ std::vector<int> DeviceRoot::CollectSignals(size_t daemon) const {
 void DeviceRoot::Reset() {
   for (auto it = mounts_.rbegin(); it != mounts_.rend(); ++it) umount2(HostPath(*it).c_str(), MNT_DETACH);
   mounts_.clear();
-  Shell("cd " + Quote(root_) +
-        " && rm -rf tmp opt/kfp/etc var/savecfg.calls && mkdir -p tmp opt/kfp/etc/ZrConf && chmod 1777 tmp");
+  for (const char* p : {"/tmp", "/opt/kfp/etc", "/var/savecfg.calls", "/bin/cat"}) RemoveAll(p);
+  MakeDirs("/opt/kfp/etc/ZrConf/");
+  MakeDirs("/tmp/");
+  chmod(HostPath("/tmp").c_str(), 01777);
   for (size_t i = 0; i < 2; ++i) SetPidFile(kDaemonNames[i], std::to_string(daemons_[i].pid) + "\n");
   SetModule("0J");
-  Shell("test -e " + Quote(root_ + "/bin/cat") + " || ln -s busybox " + Quote(root_ + "/bin/cat"));
+  (void)!symlink("busybox", HostPath("/bin/cat").c_str());
+}
+
+void DeviceRoot::RemoveAll(const std::string& devicePath) const {
+  nftw(HostPath(devicePath).c_str(), RemoveOne, 16, FTW_DEPTH | FTW_PHYS);
+}
+
+void DeviceRoot::MakeDirs(const std::string& devicePath) const {
+  const std::string path = HostPath(devicePath);
+  for (size_t at = root_.size() + 1; (at = path.find('/', at)) != std::string::npos; ++at)
+    mkdir(path.substr(0, at).c_str(), 0755);
 }
 
 std::string DeviceRoot::HostPath(const std::string& devicePath) const { return root_ + devicePath; }
 
 void DeviceRoot::WriteFile(const std::string& devicePath, const std::string& content) const {
   const std::string path = HostPath(devicePath);
-  Shell("mkdir -p " + Quote(path.substr(0, path.rfind('/'))));
+  MakeDirs(devicePath);
   std::ofstream out(path, std::ios::binary | std::ios::trunc);
   out << content;
   if (!out) Die("write " + path);
@@ -318,30 +327,6 @@ Answer DeviceRoot::Run(const std::string& program, const Request& request) const
 
 
 Answer DeviceRoot::RunAs(const std::string& argv0, const Request& request) const {
-  const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-  if (getenv("ZRCAMCTL_CAPTURE") && mounts_.empty() && request.body.size() < 8192 && test &&
-      std::string(test->name()).find("Golden") == std::string::npos) {
-    Request n;
-    n.method = n.contentType = "";
-    n.contentLength = "";
-    n.body = request.body;
-    if (!request.method.empty()) n.env.push_back({"REQUEST_METHOD", request.method});
-    if (!request.contentType.empty()) n.env.push_back({"CONTENT_TYPE", request.contentType});
-    const std::string length = request.contentLength.value_or(std::to_string(request.body.size()));
-    if (!length.empty()) n.env.push_back({"CONTENT_LENGTH", length});
-    if (request.queryString) n.env.push_back({"QUERY_STRING", *request.queryString});
-    for (const auto& e : request.env) n.env.push_back(e);
-    std::string group = test->test_suite_name();
-    if (group.find('/') != std::string::npos) group = group.substr(0, group.find('/'));
-    std::string name = test->name();
-    if (name.find('/') != std::string::npos) name = name.substr(0, name.find('/'));
-    return CaptureCase(const_cast<DeviceRoot&>(*this), group, name, argv0, n,
-                       [&](const Request& r) { return RunNow(argv0, r); });
-  }
-  return RunNow(argv0, request);
-}
-
-Answer DeviceRoot::RunNow(const std::string& argv0, const Request& request) const {
   Answer a = Finish(Start(argv0, request));
   a.zrcamctldSignals = CollectSignals(0);
   a.vmfdSignals = CollectSignals(1);

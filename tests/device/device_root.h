@@ -53,6 +53,9 @@ class DeviceRoot {
   std::optional<std::string> ReadFile(const std::string& devicePath) const;
   bool Exists(const std::string& devicePath) const;
   void Remove(const std::string& devicePath) const;
+  void RemoveAll(const std::string& devicePath) const;
+  // Every directory on the way to devicePath (up to its last "/").
+  void MakeDirs(const std::string& devicePath) const;
   // The names of the entries in a device directory, sorted.
   std::vector<std::string> List(const std::string& deviceDirectory) const;
 
@@ -85,7 +88,6 @@ class DeviceRoot {
   Answer Get(const std::string& program, const std::string& query) const;
   // argv[0] as given, for the dispatch on names.
   Answer RunAs(const std::string& argv0, const Request& request) const;
-  Answer RunNow(const std::string& argv0, const Request& request) const;
   // Many requests at once: all are started before any is waited for. The
   // daemons' signals are collected once, into the first answer.
   std::vector<Answer> RunTogether(const std::string& program, const std::vector<Request>& requests) const;

@@ -233,9 +233,9 @@ void Apply(const DeviceRoot& root, const std::string& given) {
     path = std::string(rest.substr(0, rest.find(' ')));
     rest.remove_prefix(path.size() + 1);
     const std::string host = root.HostPath(path);
-    (void)!system(("rm -rf '" + host + "'").c_str());
+    root.RemoveAll(path);
     if (rest == "gone") continue;
-    (void)!system(("mkdir -p '" + host.substr(0, host.rfind('/')) + "'").c_str());
+    root.MakeDirs(path);
     if (rest == "dir") {
       mkdir(host.c_str(), 0755);
     } else if (rest.substr(0, 5) == "link ") {
@@ -359,64 +359,5 @@ INSTANTIATE_TEST_SUITE_P(Transcripts, Golden, ::testing::ValuesIn(GoldenFiles())
                          });
 
 }  // namespace
-
-// Capture: every request a code test makes, written as a golden case. A
-// set request of many keys is also captured key by key, each key with the
-// set ids of the form, on the same starting files.
-Tree& Fresh() {
-  static Tree fresh;
-  return fresh;
-}
-void CaptureFresh(const DeviceRoot& root) { Fresh() = Snapshot(root); }
-
-Answer CaptureCase(DeviceRoot& root, const std::string& group, const std::string& name, const std::string& argv0,
-                   const Request& request, const std::function<Answer(const Request&)>& run) {
-  static int counter = 0;
-  const std::string file = std::string(getenv("ZRCAMCTL_CAPTURE")) + "/" + group + ".golden";
-  Case c{name + "#" + std::to_string(++counter), argv0, request, "", ""};
-  c.given = Given(root, Fresh(), c);
-  std::string given;
-  {
-    std::istringstream lines(c.given);
-    for (std::string line; std::getline(lines, line);)
-      if (line.rfind("given ", 0) == 0 || line.rfind("  at ", 0) == 0) given += line + "\n";
-  }
-  std::vector<std::string> pairs;
-  std::string setIds;
-  for (size_t at = 0; at <= request.body.size();) {
-    size_t end = request.body.find('&', at);
-    if (end == std::string::npos) end = request.body.size();
-    const std::string pair = request.body.substr(at, end - at);
-    pairs.push_back(pair);
-    const std::string key = pair.substr(0, pair.find('='));
-    if (key.find("SetId") != std::string::npos || key.find("SetID") != std::string::npos || key == "KeyValue")
-      setIds += "&" + pair;
-    at = end + 1;
-  }
-  if (argv0.find("zrcamctlset") != std::string::npos && pairs.size() >= 6) {
-    for (const std::string& pair : pairs) {
-      Request one = request;
-      one.body = pair;
-      const std::string key = pair.substr(0, pair.find('='));
-      if (setIds.find("&" + key + "=") == std::string::npos) one.body += setIds;
-      for (auto& e : one.env)
-        if (e.first == "CONTENT_LENGTH") e.second = std::to_string(one.body.size());
-      root.Reset();
-      Apply(root, given);
-      Case k{name + "#" + std::to_string(++counter) + " " + key, argv0, one, "", ""};
-      k.given = Given(root, Fresh(), k);
-      const Tree before = Snapshot(root);
-      k.expected = Outcome(root, before, run(one));
-      std::ofstream(file, std::ios::app) << Format(k);
-    }
-    root.Reset();
-    Apply(root, given);
-  }
-  const Tree before = Snapshot(root);
-  const Answer a = run(request);
-  c.expected = Outcome(root, before, a);
-  std::ofstream(file, std::ios::app) << Format(c);
-  return a;
-}
 
 }  // namespace device_test

@@ -1,0 +1,102 @@
+// Requests too large to keep as transcripts, a daemon that has exited, and
+// file systems that refuse writes: each has a definite answer and no file
+// is damaged.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "tests/device/device_root.h"
+
+namespace device_test {
+namespace {
+
+const std::string kWriteFailed = "ZrCamCtlWriteConfToFile is failed\n";
+
+// The zoom module's record with its one-shot bytes idle; AwbMode is byte 14.
+Bytes ZoomRecord(int awbMode = -1) {
+  Bytes b = Pattern(108);
+  b[50] = b[66] = 0;
+  if (awbMode >= 0) b[14] = static_cast<uint8_t>(awbMode);
+  return b;
+}
+
+TEST(DeviceFaults, LargeFormsAreReadWhole) {
+  DeviceRoot& root = DeviceRoot::Get();
+  std::string exactlyOneMiB = "AwbMode=9&x=";
+  exactlyOneMiB.resize(1048576, 'x');
+  std::string manyEntries;
+  for (int i = 0; i < 50000; ++i) manyEntries += "k" + std::to_string(i) + "=" + std::to_string(i) + "&";
+  manyEntries += "AwbMode=2&AwbMode=3";  // the first occurrence wins
+  // The largest single environment string Linux passes to a program (128 KiB).
+  std::string query = "AwbMode=4&pad=";
+  query.resize(131072 - sizeof("QUERY_STRING="), 'q');
+  for (const auto& [method, form, awbMode] :
+       {std::tuple{"POST", exactlyOneMiB, 9}, {"POST", manyEntries, 2}, {"GET", query, 4}}) {
+    root.Reset();
+    root.WriteRecord("0J", ZoomRecord());
+    const Answer a = method == std::string("GET") ? root.Get("zrcamctlset.cgi", form) : root.Post("zrcamctlset.cgi", form);
+    EXPECT_EQ(a.exitStatus, 0) << awbMode;
+    EXPECT_EQ(Hex(*root.ReadRecord("0J")), Hex(ZoomRecord(awbMode)));
+  }
+  Request over;
+  over.body = exactlyOneMiB + "x";
+  const Answer a = root.Run("zrcamctlset.cgi", over);
+  EXPECT_EQ(a.exitStatus, 255);
+  EXPECT_EQ(a.out + a.err, "");
+}
+
+TEST(DeviceFaults, DaemonThatHasExited) {
+  DeviceRoot& root = DeviceRoot::Get();
+  root.Reset();
+  root.WriteRecord("0J", ZoomRecord());
+  const pid_t gone = fork();
+  if (gone == 0) _exit(0);
+  waitpid(gone, nullptr, 0);
+  root.SetPidFile("zrcamctld", std::to_string(gone) + "\n");
+  const Answer a = root.Post("zrcamctlset.cgi", "AwbMode=1");
+  EXPECT_EQ(a.err, "[SendSignalToZrCamCtlD] Send sig = [10] to zrcamctld. [Error]\n");
+  EXPECT_EQ(a.out, "");
+  EXPECT_EQ(Hex(*root.ReadRecord("0J")), Hex(ZoomRecord(1)));
+}
+
+TEST(DeviceFaults, FilesThatCannotBeWritten) {
+  DeviceRoot& root = DeviceRoot::Get();
+  // A full file system: the new record finds no room.
+  root.Reset();
+  root.SetModule("0w");
+  root.MountTmpfs("/opt/kfp/etc/ZrConf", "16k");
+  root.FillUp("/opt/kfp/etc/ZrConf/filler");
+  Answer a = root.Post("zrcamctlset.cgi", "Hue=1");
+  EXPECT_EQ(a.out, ErrorPage("zrcamctlset.cgi", kWriteFailed));
+  EXPECT_NE(a.err.find(kWriteFailed), std::string::npos) << a.err;
+  EXPECT_EQ(a.zrcamctldSignals, std::vector<int>{});
+
+  // A read-only preset file: the module's record is not written either.
+  root.Reset();
+  const char* presets = "/opt/kfp/etc/ZrConf/PtzConf.bin";
+  root.SetModule("1C");
+  root.WriteRecord("1C", Pattern(1968));
+  const Bytes presetBytes = Pattern(262760, 0x3C);
+  root.WriteFile(presets, presetBytes);
+  root.BindReadOnly(presets);
+  a = root.Post("zrcamctlset.cgi", "DigitalZoom=1&PresetSetId=4&PresetSetMode=1&ParkTime=2");
+  root.Unmount(presets);
+  EXPECT_EQ(a.out, ErrorPage("zrcamctlset.cgi", kWriteFailed));
+  EXPECT_EQ(Hex(*root.ReadRecord("1C")), Hex(Pattern(1968)));
+  EXPECT_TRUE(root.ReadFile(presets) == std::string(presetBytes.begin(), presetBytes.end()));
+
+  // A read-only fisheye file: answered as a success, vmfd still woken.
+  root.Reset();
+  const char* conf = "/opt/kfp/etc/fish_eye.conf";
+  root.WriteFile(conf, std::string("CENTER_X = 320\n"));
+  root.BindReadOnly(conf);
+  a = root.Post("zrfisheyeset.cgi", "CenterX=400&RetReDir=/a");
+  root.Unmount(conf);
+  EXPECT_EQ(root.ReadFile(conf), "CENTER_X = 320\n");
+  EXPECT_EQ(a.err, "open error: Read-only file system\n[SendSignalToVmfd] Send sig = [12] to vmfd. [OK]\n");
+  EXPECT_NE(a.out.find("location.href=\"/a\""), std::string::npos);
+  EXPECT_EQ(a.vmfdSignals, std::vector<int>{12});
+}
+
+}  // namespace
+}  // namespace device_test
