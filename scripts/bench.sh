@@ -28,15 +28,15 @@ gcc -O2 -static -o "$work/floor" tests/bench/floor.c
 # shows what the dynamic link alone costs.
 gcc -O2 -o "$work/floor-shared" tests/bench/floor.c
 gcc -O2 -o "$work/alternate" tests/bench/alternate.c
-sh tests/device/make_device_root.sh "$root" build/host/zrcamctl
+sh tests/device/make_device_root.sh --module 0J --record-bytes 108 "$root" build/host/zrcamctl
 cp "$work/floor" "$work/floor-shared" "$root/"
 mkdir -p "$root/usr/libexec"
 # valgrind reads its own maps: a real /proc, with the driver's directory
-# replaced by a small file system holding the stand-in basic configuration.
+# replaced by a small file system holding the stand-in basic configuration
+# (the mount hides the one the shared layout wrote, so it is written again).
 mount -t proc proc "$root/proc"
 mount -t tmpfs -o size=64k tmpfs "$root/proc/driver"
 printf 'QEF_STR0="NVS";\nQEF_STR1="ABCDEFGHIJKLMNOPQRS0J-A1";\nQEF_STR2="1.0.3";\n' > "$root/proc/driver/qe_basic_conf"
-head -c 108 /dev/zero > "$root/opt/kfp/etc/ZrConf/ZrCamCtlConf0J.bin"
 # The daemon stand-in ignores the wake-up signal.
 sh -c 'trap "" USR1; exec sleep 100000' &
 daemon=$!
