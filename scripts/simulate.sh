@@ -1,0 +1,187 @@
+#!/bin/sh
+# Runs the device on this machine: a throwaway device root with the real
+# programs behind BusyBox httpd (the device's kind of web server), settings
+# pages for every camera module, and daemon stand-ins that say which signal
+# they got.
+#
+#   sh scripts/simulate.sh [--arm] [--once] [--raw] [MODULE]
+#
+# MODULE is the attached camera module (default 0J); opening another
+# module's page attaches that one. PORT (default 8080) is the server's port
+# on 127.0.0.1. --arm runs the armhf build under qemu-arm-static. --once
+# makes one request per program through the server, prints the answers and
+# exits (non-zero when an answer is not what the program should give).
+# --raw serves the programs without the adapter (tools/sim/adapter.cgi), to
+# see what the server makes of their answers on its own. Ctrl-C stops
+# everything and removes the root. Runs as root (chroot).
+set -eu
+cd "$(dirname "$0")/.."
+
+arm=0 once=0 raw=0 module=0J port=${PORT:-8080}
+for arg; do
+  case $arg in
+    --arm) arm=1 ;;
+    --once) once=1 ;;
+    --raw) raw=1 ;;
+    -*) sed -n '2,/^set/p' "$0" | sed '$d; s/^# \{0,1\}//' >&2; exit 2 ;;
+    *) module=$arg ;;
+  esac
+done
+
+sh scripts/install-deps.sh
+preset=host emulator="" sysroot=""
+if [ $arm = 1 ]; then
+  preset=armhf emulator=$(command -v qemu-arm-static) sysroot=/usr/arm-linux-gnueabihf
+fi
+[ -f "build/$preset/CMakeCache.txt" ] || cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset" -j 2 --target zrcamctl >/dev/null
+
+# Module codes in table order with their family, and the record size of
+# each as the golden transcripts record it ("CODE Family" / "CODE BYTES").
+# The layouts, once data, will give the sizes (zrcamctl-inspect --reference).
+modules() {
+  sed -n 's|^ *\([A-Za-z]*\), *// [0-9]* \(..\).*|\2 \1|p' camctl/module_handler_table.cpp | sed 's/ nullptr$/ (no family)/'
+}
+record_bytes() {
+  sed -n 's|^/opt/kfp/etc/ZrConf/ZrCamCtlConf\(..\)\.bin bytes \([0-9]*\) .*|\1 \2|p' tests/golden/*.golden |
+    awk '!seen[$1]++'
+}
+if ! modules | grep -q "^$module "; then
+  echo "simulate.sh: no camera module \"$module\" in camctl/module_handler_table.cpp" >&2
+  exit 2
+fi
+
+work=$(mktemp -d /tmp/zrcamctl-sim.XXXXXX)
+root=$work/root pids=""
+cleanup() {
+  trap - EXIT INT TERM
+  for pid in $pids; do kill "$pid" 2>/dev/null || :; done
+  rm -rf "$work"
+}
+trap cleanup EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
+
+programs=opt/sim/bin
+[ $raw = 1 ] && programs=web/cgi-bin
+sh tests/device/make_device_root.sh --module "$module" --programs "$programs" \
+  --record-bytes "$(record_bytes | sed -n "s/^$module //p")" "$root" "build/$preset/zrcamctl" "$emulator" "$sysroot"
+mkdir -p "$root/tmp/sim" "$root/web/m" "$root/opt/sim"
+for applet in sed head cp mv tr od awk wc; do ln -sf busybox "$root/bin/$applet"; done
+record_bytes > "$root/opt/sim/record-bytes"
+if [ $raw = 0 ]; then
+  for name in zrcamctlset.cgi zrcamctlapply.cgi zrcamctldefault.cgi zrfisheyeset.cgi; do
+    cp tools/sim/adapter.cgi "$root/web/cgi-bin/$name"
+  done
+fi
+cp tools/sim/record.cgi "$root/web/cgi-bin/simrecord.cgi"
+
+# Page generator hook: the form fields of one module's family. Today one
+# free-form field of Key=value lines, sent as form fields when submitted;
+# the layouts (zrcamctl-inspect --reference) will give one field per key,
+# grouped as the layout groups them.
+emit_key_fields() {  # module code, family
+  cat <<HTML
+<p>Keys to post, one <code>Key=value</code> a line:</p>
+<textarea id=keys rows=5 cols=48></textarea><div id=posted></div>
+<script>
+document.getElementById('settings').onsubmit = function () {
+  var posted = document.getElementById('posted'), lines = document.getElementById('keys').value.split('\n');
+  posted.innerHTML = '';
+  for (var i = 0; i < lines.length; i++) {
+    var eq = lines[i].indexOf('='), input = document.createElement('input');
+    if (eq < 1) continue;
+    input.type = 'hidden'; input.name = lines[i].slice(0, eq).trim(); input.value = lines[i].slice(eq + 1).trim();
+    posted.appendChild(input);
+  }
+  setTimeout(function () { document.getElementById('record').src += ''; }, 700);
+};
+</script>
+HTML
+}
+
+style='body{font:14px sans-serif;margin:1em 2em} td{padding:0 .8em} iframe{width:100%;height:22em;border:1px solid #aaa}'
+modules | while read -r code family; do
+  bytes=$(sed -n "s/^$code //p" "$root/opt/sim/record-bytes")
+  cat > "$root/web/m/$code.html" <<HTML
+<html><head><title>Camera module $code</title><style>$style</style></head><body>
+<p><a href="/">all modules</a></p>
+<h2>Camera module $code</h2>
+<p>$family, record of ${bytes:-unknown size} bytes. Opening this page attaches module $code.</p>
+<form id=settings method=post action="/cgi-bin/zrcamctlset.cgi">
+$(emit_key_fields "$code" "$family")
+<input type=hidden name=RetReDir value="/m/$code.html">
+<p><input type=submit id=save value="Save settings"></p>
+</form>
+<iframe id=record src="/cgi-bin/simrecord.cgi?$code"></iframe>
+</body></html>
+HTML
+  echo "<tr><td><a href=\"/m/$code.html\">$code</a></td><td>$family</td><td>${bytes:-?}</td></tr>"
+done > "$work/rows"
+cat > "$root/web/index.html" <<HTML
+<html><head><title>zrcamctl simulator</title><style>$style</style></head><body>
+<h2>Camera modules</h2>
+<p>Started with module $module attached. A module's page attaches it and posts to its settings record.</p>
+<table><tr><th>code</th><th>family</th><th>record bytes</th></tr>
+$(cat "$work/rows")
+</table></body></html>
+HTML
+
+# Daemon stand-ins: print each signal they get (and keep a log for --once).
+for daemon in zrcamctld vmfd; do
+  sh -c 'for s in USR1:10 USR2:12 HUP:1; do
+           trap "echo \"[$1 got SIG${s%:*} (${s#*:})]\"; echo ${s#*:} >> $2" "${s%:*}"
+         done
+         trap "kill \$child; exit 0" TERM
+         while :; do sleep 100000 & child=$!; while kill -0 $child 2>/dev/null; do wait $child; done; done' \
+    sh "$daemon" "$work/$daemon.signals" &
+  pids="$pids $!"
+  echo $! > "$root/var/run/$daemon.pid"
+done
+
+env -i PATH=/bin:/usr/bin:/usr/sbin chroot "$root" /bin/busybox httpd -f -p "127.0.0.1:$port" -h /web &
+pids="$pids $!"
+tries=0
+until curl -s -o /dev/null "http://127.0.0.1:$port/"; do
+  tries=$((tries + 1))
+  if [ $tries -gt 50 ] || ! kill -0 $! 2>/dev/null; then echo "simulate.sh: the server did not start on port $port" >&2; exit 1; fi
+  sleep 0.1
+done
+echo "device root: $root"
+echo "module $module attached; serving http://127.0.0.1:$port/"
+
+if [ $once = 0 ]; then
+  echo "Ctrl-C stops"
+  while :; do wait; done
+fi
+
+# One request per program, each answer as the browser gets it.
+failures=0
+request() {  # program, form, text the answer must hold
+  echo "---- $1 <- $2"
+  curl -sS -i --max-time 20 -d "$2" "http://127.0.0.1:$port/cgi-bin/$1" > "$work/answer" || :
+  cat "$work/answer"
+  echo
+  if ! head -n 1 "$work/answer" | grep -q '^HTTP/1.1 200 OK' || ! grep -qF "$3" "$work/answer"; then
+    echo "FAILED: expected a 200 answer holding $3"
+    failures=$((failures + 1))
+  fi
+  sleep 0.3
+}
+signalled() {  # daemon, signal number
+  grep -qx "$2" "$work/$1.signals" 2>/dev/null || { echo "FAILED: $1 got no signal $2"; failures=$((failures + 1)); }
+}
+record=$root/opt/kfp/etc/ZrConf/ZrCamCtlConf$module.bin
+request zrcamctlset.cgi "AwbMode=1&WbGainR=40&OsdLang=EN&RetReDir=/m/$module.html" "location.href=\"/m/$module.html\";"
+signalled zrcamctld 10
+echo "record ZrCamCtlConf$module.bin:"
+od -A d -t x1 "$record"
+request zrcamctlapply.cgi "RetReDir=/index.html" 'location.href="/index.html";'
+request zrcamctldefault.cgi "SaveCfg=YES&RetReDir=/index.html" 'location.href="/index.html";'
+signalled zrcamctld 12
+request zrfisheyeset.cgi "CenterX=400&RetReDir=/index.html" 'location.href="/index.html";'
+signalled vmfd 12
+echo "fish_eye.conf:"
+cat "$root/opt/kfp/etc/fish_eye.conf"
+[ $failures = 0 ] || { echo "$failures failures"; exit 1; }
+echo "every program answered through the server"
