@@ -33,14 +33,18 @@ preset=host emulator="" sysroot=""
 if [ $arm = 1 ]; then
   preset=armhf emulator=$(command -v qemu-arm-static) sysroot=/usr/arm-linux-gnueabihf
 fi
-[ -f "build/$preset/CMakeCache.txt" ] || cmake --preset "$preset" >/dev/null
-cmake --build --preset "$preset" -j 2 --target zrcamctl >/dev/null
+# ZRCAMCTL_EXE names an executable already built (the tests pass theirs).
+exe=${ZRCAMCTL_EXE:-build/$preset/zrcamctl}
+if [ -z "${ZRCAMCTL_EXE:-}" ]; then
+  [ -f "build/$preset/CMakeCache.txt" ] || cmake --preset "$preset" >/dev/null
+  cmake --build --preset "$preset" -j 2 --target zrcamctl >/dev/null
+fi
 
 # Module codes in table order with their family, and the record size of
 # each as the golden transcripts record it ("CODE Family" / "CODE BYTES").
 # The layouts, once data, will give the sizes (zrcamctl-inspect --reference).
 modules() {
-  sed -n 's|^ *\([A-Za-z]*\), *// [0-9]* \(..\).*|\2 \1|p' camctl/module_handler_table.cpp | sed 's/ nullptr$/ (no family)/'
+  sed -n 's|^ *\([A-Za-z0-9]*\), *// [0-9]* \(..\).*|\2 \1|p' camctl/module_handler_table.cpp | sed 's/ nullptr$/ (no family)/'
 }
 record_bytes() {
   sed -n 's|^/opt/kfp/etc/ZrConf/ZrCamCtlConf\(..\)\.bin bytes \([0-9]*\) .*|\1 \2|p' tests/golden/*.golden |
@@ -65,7 +69,7 @@ trap 'exit 143' TERM
 programs=opt/sim/bin
 [ $raw = 1 ] && programs=web/cgi-bin
 sh tests/device/make_device_root.sh --module "$module" --programs "$programs" \
-  --record-bytes "$(record_bytes | sed -n "s/^$module //p")" "$root" "build/$preset/zrcamctl" "$emulator" "$sysroot"
+  --record-bytes "$(record_bytes | sed -n "s/^$module //p")" "$root" "$exe" "$emulator" "$sysroot"
 mkdir -p "$root/tmp/sim" "$root/web/m" "$root/opt/sim"
 for applet in sed head cp mv tr od awk wc; do ln -sf busybox "$root/bin/$applet"; done
 record_bytes > "$root/opt/sim/record-bytes"
@@ -139,13 +143,25 @@ for daemon in zrcamctld vmfd; do
   echo $! > "$root/var/run/$daemon.pid"
 done
 
-env -i PATH=/bin:/usr/bin:/usr/sbin chroot "$root" /bin/busybox httpd -f -p "127.0.0.1:$port" -h /web &
-pids="$pids $!"
-tries=0
-until curl -s -o /dev/null "http://127.0.0.1:$port/"; do
-  tries=$((tries + 1))
-  if [ $tries -gt 50 ] || ! kill -0 $! 2>/dev/null; then echo "simulate.sh: the server did not start on port $port" >&2; exit 1; fi
-  sleep 0.1
+echo "$work" > "$root/web/sim-id.txt"
+serve() {  # port; fails when the server does not come up there
+  env -i PATH=/bin:/usr/bin:/usr/sbin chroot "$root" /bin/busybox httpd -f -p "127.0.0.1:$1" -h /web 2>&1 &
+  server=$!
+  tries=0
+  until [ "$(curl -s "http://127.0.0.1:$1/sim-id.txt")" = "$work" ]; do  # this server, not another
+    tries=$((tries + 1))
+    if [ $tries -gt 50 ] || ! kill -0 $server 2>/dev/null; then kill $server 2>/dev/null; return 1; fi
+    sleep 0.1
+  done
+  pids="$pids $server"
+}
+# --once without PORT takes the next free port after 8080 (CI shares machines).
+until serve "$port"; do
+  if [ $once = 0 ] || [ -n "${PORT:-}" ] || [ "$port" -ge 8099 ]; then
+    echo "simulate.sh: the server did not start on port $port" >&2
+    exit 1
+  fi
+  port=$((port + 1))
 done
 echo "device root: $root"
 echo "module $module attached; serving http://127.0.0.1:$port/"

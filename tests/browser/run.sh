@@ -1,0 +1,16 @@
+#!/bin/sh
+# The browser test: headless Chromium (Debian's) driven by puppeteer-core
+# against the simulator. Installs both when missing; exits 77 (skipped) only
+# when no browser can be installed.  run.sh [OUTPUT_DIR]
+set -eu
+here=$(cd "$(dirname "$0")" && pwd)
+if [ ! -x /usr/bin/chromium ]; then
+  sh "$here/../../scripts/install-deps.sh" chromium || :
+fi
+if [ ! -x /usr/bin/chromium ]; then
+  echo "SKIPPED: no browser: Debian's chromium could not be installed"
+  exit 77
+fi
+[ -d "$here/node_modules/puppeteer-core" ] || (cd "$here" && npm ci --no-audit --no-fund)
+mkdir -p "${1:-.}"
+exec node "$here/simulator.test.cjs" "${1:-.}"

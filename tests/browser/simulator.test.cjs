@@ -1,0 +1,96 @@
+// Headless Chromium against the simulator (module 0J): a person's post and
+// each of the three answers as the browser takes them, then 50 concurrent
+// posts through the same server. Argument: directory for the screenshot.
+const { spawn } = require('child_process');
+const fs = require('fs'), net = require('net'), os = require('os'), path = require('path');
+const puppeteer = require('puppeteer-core');
+
+const repo = path.resolve(__dirname, '../..'), out = process.argv[2] || '.';
+const sleep = (ms) => new Promise((r) => setTimeout(r, ms));
+let consoleText = '';
+const seen = (text) => consoleText.split(text).length - 1;
+function check(ok, what) { if (!ok) throw new Error('FAILED: ' + what); console.log('ok: ' + what); }
+async function until(cond, what, ms = 10000) {
+  for (const end = Date.now() + ms; Date.now() < end; await sleep(50)) if (await cond()) return check(true, what);
+  check(false, what);
+}
+const freePort = () => new Promise((resolve) => {
+  const s = net.createServer().listen(0, '127.0.0.1', () => { const { port } = s.address(); s.close(() => resolve(port)); });
+});
+
+(async () => {
+  const port = await freePort(), base = `http://127.0.0.1:${port}`;
+  const sim = spawn('sh', ['scripts/simulate.sh', '0J'], { cwd: repo, env: { ...process.env, PORT: String(port) } });
+  for (const s of [sim.stdout, sim.stderr]) s.on('data', (d) => { consoleText += d; });
+  const exited = new Promise((r) => sim.on('exit', r));
+  const profile = fs.mkdtempSync(path.join(os.tmpdir(), 'zrcamctl-chromium-'));
+  let browser;
+  try {
+    await until(() => /serving http/.test(consoleText), 'the simulator serves', 300000);
+    const record = /device root: (\S+)/.exec(consoleText)[1] + '/opt/kfp/etc/ZrConf/ZrCamCtlConf0J.bin';
+    const bytes = () => fs.readFileSync(record);
+    browser = await puppeteer.launch({
+      executablePath: '/usr/bin/chromium', headless: true,
+      userDataDir: profile,
+      args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking',
+        '--disable-component-update', '--disable-sync'],
+    });
+    const page = await browser.newPage();
+    const visits = [], dialogs = [];
+    page.on('framenavigated', (f) => { if (f === page.mainFrame()) visits.push(new URL(f.url()).pathname); });
+    page.on('dialog', (d) => { dialogs.push(d.message()); d.accept(); });
+    const post = async (keys) => {
+      await page.$eval('#keys', (e) => { e.value = ''; });
+      await page.type('#keys', keys);
+      const answer = page.waitForResponse((r) => r.url().endsWith('/cgi-bin/zrcamctlset.cgi'));
+      await page.click('#save');
+      return (await answer).status();
+    };
+
+    await page.goto(base + '/');
+    check((await page.$$('a[href^="/m/"]')).length === 142, 'the index links a page for every module code');
+    await page.goto(base + '/m/0J.html');
+
+    // The return page: its script takes the browser back to the settings page.
+    let signals = seen('[zrcamctld got SIGUSR1 (10)]'), from = visits.length;
+    check(await post('AwbMode=1\nWbGainR=40') === 200, 'a post gets the return page (200)');
+    await until(() => visits.slice(from).join() === '/cgi-bin/zrcamctlset.cgi,/m/0J.html', 'the redirect is followed back');
+    check(bytes()[14] === 1 && bytes()[15] === 40, 'the record holds the posted values (bytes 14, 15)');
+    check(seen('[zrcamctld got SIGUSR1 (10)]') > signals, 'the daemon stand-in got SIGUSR1 (10)');
+    const recordView = () => page.frames().find((f) => f.url().includes('simrecord.cgi'));
+    await until(async () => (await recordView()?.content().catch(() => ''))?.includes('byte 15: 00 -&gt; 28'),
+      'the page shows the change');
+    await page.type('#keys', 'AwbMode=1\nWbGainR=40');  // as it was posted, for the picture
+    await page.screenshot({ path: path.join(out, 'simulator.png'), fullPage: true });
+
+    // A pending lens initialisation: the bare 204 leaves the page in place.
+    from = visits.length;
+    check(await post('LensInitCmd=1') === 204, 'a pending one-shot gets 204');
+    await sleep(500);
+    check(bytes()[50] !== 0 && visits.length === from && page.url() === base + '/m/0J.html', 'the page stays');
+
+    // No record: the error page's alert, then history.go(-1) back.
+    fs.unlinkSync(record);
+    check(await post('AwbMode=2') === 200, 'a post without a record gets the error page (200)');
+    await until(() => visits.slice(from).join() === '/cgi-bin/zrcamctlset.cgi,/m/0J.html', 'history.go(-1) goes back');
+    check(dialogs.join() === 'zrcamctlset.cgi Cgi Func:[] return ERROR!!!', 'the alert is shown');
+
+    // 50 concurrent posts, one key each: every one answered, the record whole.
+    fs.writeFileSync(record, Buffer.alloc(108));
+    const source = fs.readFileSync(path.join(repo, 'handlers/zoom_camera_module.cpp'), 'utf8');
+    const keys = [...source.matchAll(/U8\("(\w+)", (\d+)\)/g)].filter((m) => m[2] !== '50' && m[2] !== '66').slice(0, 50);
+    check(keys.length === 50, '50 one-byte keys of the family');
+    const started = Date.now();
+    const statuses = await Promise.all(keys.map((m) => fetch(base + '/cgi-bin/zrcamctlset.cgi', {
+      method: 'POST', body: `${m[1]}=1&RetReDir=/m/0J.html`, signal: AbortSignal.timeout(60000),
+      headers: { 'Content-Type': 'application/x-www-form-urlencoded' } }).then((r) => r.status, () => 0)));
+    check(statuses.every((s) => s === 200), `every one of 50 concurrent posts answered (${Date.now() - started} ms)`);
+    check(bytes().length === 108, 'the record keeps its 108 bytes');
+    console.log(`updates kept: ${keys.filter((m) => bytes()[+m[2]] === 1).length} of 50`);
+  } finally {
+    if (browser) await browser.close();
+    sim.kill('SIGTERM');
+    await exited;
+    fs.rmSync(profile, { recursive: true, force: true });
+  }
+})().catch((e) => { console.error(e.message, '\n--- simulator console:\n' + consoleText); process.exit(1); });
