@@ -11,7 +11,7 @@ record=/opt/kfp/etc/ZrConf/ZrCamCtlConf$code.bin
 if [ -n "$code" ] && [ "$code" != "$attached" ]; then
   sed -i "s/^\(QEF_STR1=\"...................\)../\1$code/" $conf
   bytes=$(sed -n "s/^$code //p" /opt/sim/record-bytes)
-  [ -e "$record" ] || [ -z "$bytes" ] || head -c "$bytes" /dev/zero > "$record"
+  [ -e "$record" ] || [ -z "$bytes" ] || { head -c "$bytes" /dev/zero > "$record.new" && mv "$record.new" "$record"; }
 fi
 printf 'Content-type: text/html\r\n\r\n'
 printf '<html><head><style>body{font:13px monospace;margin:4px} b{background:#fd8}</style></head><body>\n'
