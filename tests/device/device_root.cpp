@@ -70,7 +70,11 @@ std::string Quote(const std::string& s) { return "'" + s + "'"; }
 
 }  // namespace
 
-std::string ErrorPage(const std::string& program, const std::string& errorText) {
+std::string ErrorPage(const std::string& program, const std::string& error) {
+  std::string errorText;
+  for (const char c : error) {
+    errorText += c == '\n' ? std::string("\\n") : c == '"' || c == '\\' ? std::string("\\") + c : std::string(1, c);
+  }
   return "Content-type: text/html\r\n\r\n<html>\n<head>\n<script language=javascript>\n"
          "alert(\"" + program + " Cgi Func:[" + errorText + "] return ERROR!!!\");\n"
          "history.go(-1);\n</script>\n</head>\n</html>\n";
@@ -186,6 +190,7 @@ void DeviceRoot::Reset() {
   chmod(HostPath("/tmp").c_str(), 01777);
   for (size_t i = 0; i < 2; ++i) SetPidFile(kDaemonNames[i], std::to_string(daemons_[i].pid) + "\n");
   SetModule("0J");
+  WriteFile("/var/run/zrcamctl.lock", std::string());  // as after the device's first save
   (void)!symlink("busybox", HostPath("/bin/cat").c_str());
 }
 
@@ -343,6 +348,13 @@ std::vector<Answer> DeviceRoot::RunTogether(const std::string& program, const st
     answers[0].vmfdSignals = CollectSignals(1);
   }
   return answers;
+}
+
+Answer DeviceRoot::RunKilledAfter(const std::string& program, const Request& request, int microseconds) const {
+  const Started started = Start("/web/cgi-bin/" + program, request);
+  usleep(static_cast<useconds_t>(microseconds));
+  kill(started.pid, SIGKILL);
+  return Finish(started);
 }
 
 DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& request) const {

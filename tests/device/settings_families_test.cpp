@@ -1,7 +1,7 @@
 // What the transcripts cannot show: each family's own write-failure code
-// (the handler runs in this process, chrooted into the device root, against
-// /dev/full, which reads as zeros and refuses every write), a record on a
-// read-only mount, the retry's pauses, and the handler no module routes to.
+// (the handler runs in a child chrooted into the device root, on a full
+// file system), a record on a read-only mount, the retry's pauses, and the
+// handler no module routes to.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -71,11 +71,16 @@ TEST(SettingsFamilies, WriteFailuresAndReadOnlyRecords) {
   const std::string failed = "ZrCamCtlWriteConfToFile is failed\n";
   for (const Family& f : kFamilies) {
     root.Reset();
-    EXPECT_EQ(RunHandler(root, f.handler, "", "/dev/full"), std::to_string(f.writeFailure) + "\n" + failed) << f.code;
+    const std::string path = DeviceRoot::RecordPath(f.code);
+    root.MountTmpfs("/opt/kfp/etc/ZrConf", "64k");
+    if (f.code != std::string("ZZ")) root.WriteRecord(f.code, Pattern(f.recordSize));
+    root.FillUp("/opt/kfp/etc/ZrConf/filler");
+    EXPECT_EQ(RunHandler(root, f.handler, "", path.c_str()), std::to_string(f.writeFailure) + "\n" + failed) << f.code;
     EXPECT_NE(root.ReadFile("/tmp/handler.err").value_or("").find(failed), std::string::npos) << f.code;
+    EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), f.code == std::string("ZZ") ? 1u : 2u) << f.code;
+    root.Unmount("/opt/kfp/etc/ZrConf");
     if (f.code == std::string("ZZ")) continue;
     // A record on a read-only mount: the error page, no signal, the file kept.
-    const std::string path = DeviceRoot::RecordPath(f.code);
     root.SetModule(f.code);
     root.WriteRecord(f.code, Pattern(f.recordSize));
     root.BindReadOnly(path);

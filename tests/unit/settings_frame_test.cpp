@@ -150,12 +150,15 @@ TEST_F(Frame, ReadPolicies) {
 }
 
 TEST_F(Frame, WriteFailureFillsTheErrorBufferWithItsNul) {
-  path_ = "/dev/full";
+  // The directory does not exist: the read fails and merging goes on,
+  // the write fails.
+  path_ = dir_ + "/missing/rec.bin";
   memset(error_, 'z', sizeof error_);
   EXPECT_EQ(Run(), -7);
   EXPECT_EQ(std::string(error_, 35), std::string("ZrCamCtlWriteConfToFile is failed\n", 35));
   EXPECT_EQ(error_[35], 'z');  // 35 bytes, nothing more
-  EXPECT_EQ(err_, "fclose is failed [PATH:/dev/full]\nZrCamCtlWriteConfToFile is failed\n");
+  EXPECT_EQ(err_, "fopen is failed [PATH:" + path_ + "]\nZrCamCtlReadConfFromFile is failed\nfopen is failed [PATH:" +
+                      path_ + "]\nZrCamCtlWriteConfToFile is failed\n");
 }
 
 }  // namespace
