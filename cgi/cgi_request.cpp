@@ -50,11 +50,9 @@ uint32_t* Slot(const char* name, uint32_t hash) {
   }
 }
 
-// Doubles the index when it is seven-eighths full, so that the index of the
-// largest form stays within 1 MiB.
-bool RoomForName() {
-  if (gForm.slots && (gForm.names + 1) * 8 <= gForm.slots * 7) return true;
-  const uint32_t slots = gForm.slots ? gForm.slots * 2 : 1024;
+// Makes the index at least `slots` large (a power of two), rehashing.
+bool GrowIndex(uint32_t slots) {
+  if (slots <= gForm.slots) return true;
   uint32_t* index = static_cast<uint32_t*>(calloc(slots, sizeof *index));
   if (!index) return false;
   uint32_t* old = gForm.index;
@@ -66,6 +64,19 @@ bool RoomForName() {
   }
   free(old);
   return true;
+}
+
+// The index is kept at most seven-eighths full. It is sized once for the
+// names a form can bring, so that it never holds two tables at once: a
+// 1 MiB body has at most about 223,000 distinct names (one empty, 256 of
+// one byte, 65,536 of two, the rest longer), which 262,144 slots (1 MiB)
+// hold. A form can have more entries than that only by repeating names.
+constexpr uint32_t kIndexSlotsForLargestForm = 262144;
+bool IndexRoomFor(uint32_t names) {
+  uint32_t slots = gForm.slots ? gForm.slots : 1024;
+  while (slots < kIndexSlotsForLargestForm && names * 8ull > slots * 7ull) slots *= 2;
+  while (names * 8ull > slots * 7ull) slots *= 2;  // only forms larger than the body limit
+  return GrowIndex(slots);
 }
 
 // Room for length more raw bytes and the terminator the last value needs.
@@ -108,6 +119,12 @@ int ParseReserved(size_t length) {
   char* const data = gForm.text + gForm.used;
   char* out = data;
   size_t pos = 0;
+  // Every entry has its "=": their count bounds the names to come.
+  uint32_t entries = 0;
+  for (const char* p = data; (p = static_cast<const char*>(memchr(p, '=', length - (p - data)))) != nullptr; ++p)
+    ++entries;
+  const uint32_t capped = entries < kIndexSlotsForLargestForm / 8 * 7 ? entries : kIndexSlotsForLargestForm / 8 * 7;
+  if (!IndexRoomFor(gForm.names + capped)) return -1;
   while (pos < length) {
     const char* eq = static_cast<const char*>(memchr(data + pos, '=', length - pos));
     if (!eq) break;
@@ -120,7 +137,7 @@ int ParseReserved(size_t length) {
     char* name = out;
     out = Decode(data + pos, nameEnd - pos, out) + 1;
     out = Decode(data + valueStart, valueEnd - valueStart, out) + 1;
-    if (!RoomForName()) return -1;
+    if (!IndexRoomFor(gForm.names + 1)) return -1;
     const uint32_t offset = static_cast<uint32_t>(name - gForm.text) + 1;
     uint32_t* slot = Slot(name, HashName(name));
     if (*slot == 0) {
