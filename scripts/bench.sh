@@ -23,11 +23,11 @@ cleanup() {
 }
 trap cleanup EXIT
 
-gcc -O2 -static -o "$work/floor" tests/bench/floor.c
+gcc -O2 -static -o "$work/floor" bench/floor.c
 # The same program linked as the executable is (libc as a shared library):
 # shows what the dynamic link alone costs.
-gcc -O2 -o "$work/floor-shared" tests/bench/floor.c
-gcc -O2 -o "$work/alternate" tests/bench/alternate.c
+gcc -O2 -o "$work/floor-shared" bench/floor.c
+gcc -O2 -o "$work/alternate" bench/alternate.c
 sh tests/device/make_device_root.sh "$root" build/host/zrcamctl
 cp "$work/floor" "$work/floor-shared" "$root/"
 mkdir -p "$root/usr/libexec"
@@ -141,7 +141,7 @@ dropped at link time), so that each family's cost can be seen:
 | subsystem | bytes |
 |---|---|
 ${subsystems}
-The floor program (tests/bench/floor.c) is a static C program that does only
+The floor program (bench/floor.c) is a static C program that does only
 what such a request must: read the environment and the body, copy the basic
 configuration with /bin/cat and read the copy, read and write the 108-byte
 record, read the pid file and send the signal. Instruction counts are of the
