@@ -219,13 +219,9 @@ void DeviceRoot::WriteFile(const std::string& devicePath, const Bytes& content) 
 }
 
 std::optional<std::string> DeviceRoot::ReadFile(const std::string& devicePath) const {
-  if (!Exists(devicePath)) return std::nullopt;
-  return Slurp(HostPath(devicePath));
-}
-
-bool DeviceRoot::Exists(const std::string& devicePath) const {
   struct stat st;
-  return lstat(HostPath(devicePath).c_str(), &st) == 0;
+  if (lstat(HostPath(devicePath).c_str(), &st) != 0) return std::nullopt;
+  return Slurp(HostPath(devicePath));
 }
 
 void DeviceRoot::Remove(const std::string& devicePath) const { unlink(HostPath(devicePath).c_str()); }
@@ -242,16 +238,9 @@ std::vector<std::string> DeviceRoot::List(const std::string& deviceDirectory) co
   return names;
 }
 
-void DeviceRoot::SetBasicConf(const std::string& content) const {
-  WriteFile("/proc/driver/qe_basic_conf", content);
-}
-
-void DeviceRoot::SetProductCode(const std::string& pnCode) const {
-  SetBasicConf("QEF_STR0=\"NVS\";\nQEF_STR1=\"" + pnCode + "\";\nQEF_STR2=\"1.0.3\";\n");
-}
-
 void DeviceRoot::SetModule(const std::string& moduleCode) const {
-  SetProductCode("ABCDEFGHIJKLMNOPQRS" + moduleCode + "-A1");
+  WriteFile("/proc/driver/qe_basic_conf",
+            "QEF_STR0=\"NVS\";\nQEF_STR1=\"ABCDEFGHIJKLMNOPQRS" + moduleCode + "-A1\";\nQEF_STR2=\"1.0.3\";\n");
 }
 
 std::string DeviceRoot::RecordPath(const std::string& moduleCode) {
@@ -280,8 +269,6 @@ void DeviceRoot::SetPidFile(const std::string& daemon, const std::string& conten
 int DeviceRoot::DaemonPid(const std::string& daemon) const {
   return daemons_[daemon == "vmfd" ? 1 : 0].pid;
 }
-
-std::string DeviceRoot::SaveCfgCalls() const { return ReadFile("/var/savecfg.calls").value_or(""); }
 
 void DeviceRoot::MountTmpfs(const std::string& deviceDirectory, const std::string& size) const {
   const std::string opts = "size=" + size;
@@ -360,7 +347,8 @@ Answer DeviceRoot::RunKilledAfter(const std::string& program, const Request& req
 DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& request) const {
   // The program file: the name's own link when it exists, else the executable.
   std::string file = argv0;
-  if (file.empty() || file[0] != '/' || !Exists(file)) file = "/web/cgi-bin/zrcamctlset.cgi";
+  struct stat st;
+  if (file.empty() || file[0] != '/' || lstat(HostPath(file).c_str(), &st) != 0) file = "/web/cgi-bin/zrcamctlset.cgi";
 
   char inPath[] = "/tmp/zrcamctl-in.XXXXXX";
   char outPath[] = "/tmp/zrcamctl-out.XXXXXX";

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include <chrono>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -85,68 +84,6 @@ TEST_F(Frame, FieldsAreStoredTruncatedToTheirWidths) {
   expected[20] = 2, expected[21] = 1;
   expected[24] = 7, expected[25] = 0;
   EXPECT_EQ(Load(), expected);
-}
-
-TEST_F(Frame, SetIdGateAndKeyValueLock) {
-  Bytes stored(28, 0);
-  stored[26] = 3;  // below the limit of 4: open
-  Store(stored);
-  Post("PresetSpeed=5");
-  EXPECT_EQ(Run(), 1);
-  EXPECT_EQ(Load()[27], 5);
-  FreeForm();
-
-  Post("PresetSetId=4&PresetSpeed=6");  // the posted id closes it
-  EXPECT_EQ(Run(), 1);
-  EXPECT_EQ(Load()[26], 4);
-  EXPECT_EQ(Load()[27], 5);
-  FreeForm();
-
-  // A stored lock byte: nothing else changes, the answer is 204.
-  stored = Load();
-  stored[17] = 2;
-  Store(stored);
-  Post("Byte=1&PresetSetId=0");
-  EXPECT_EQ(Run(), 0);
-  EXPECT_EQ(Load(), stored);
-  FreeForm();
-
-  Post("KeyValue=256&Byte=1");  // posted 0 (low 8 bits) unlocks
-  EXPECT_EQ(Run(), 1);
-  EXPECT_EQ(Load()[17], 0);
-  EXPECT_EQ(Load()[0], 1);
-}
-
-TEST_F(Frame, ReadPolicies) {
-  // continue: the record is made from zeros.
-  EXPECT_EQ(Run(), 1);
-  EXPECT_EQ(err_, "fopen is failed [PATH:" + path_ + "]\nZrCamCtlReadConfFromFile is failed\n");
-  EXPECT_EQ(Load(), Bytes(28, 0));
-  EXPECT_STREQ(error_, "");
-  unlink(path_.c_str());
-
-  gFamily.readPolicy = ReadPolicy::Abort;
-  EXPECT_EQ(Run(), -1);
-  EXPECT_STREQ(error_, "ZrCamCtlReadConfFromFile is failed\n");
-  EXPECT_EQ(access(path_.c_str(), F_OK), -1);
-  error_[0] = 0;
-
-  gFamily.readPolicy = ReadPolicy::Retry;
-  const auto start = std::chrono::steady_clock::now();
-  EXPECT_EQ(Run(), -2);
-  const auto elapsed = std::chrono::steady_clock::now() - start;
-  EXPECT_GE(elapsed, std::chrono::milliseconds(300));
-  const std::string open = "fopen is failed [PATH:" + path_ + "]\n";
-  EXPECT_EQ(err_, open + "ZrCamCtlReadConfFromFile is failed. Retry.\n" + open +
-                      "ZrCamCtlReadConfFromFile is failed. Retry\n" + open +
-                      "ZrCamCtlReadConfFromFile is failed. Retry\nZrCamCtlReadConfFromFile is finally failed\n");
-  EXPECT_STREQ(error_, "");
-  EXPECT_EQ(access(path_.c_str(), F_OK), -1);
-
-  gFamily.readPolicy = ReadPolicy::ContinueInCgi;
-  EXPECT_EQ(Run(), 1);
-  EXPECT_EQ(err_, open + "ZrCamCtlReadConfFromFile is failed in Cgi\n");
-  gFamily.readPolicy = ReadPolicy::Continue;
 }
 
 TEST_F(Frame, WriteFailureFillsTheErrorBufferWithItsNul) {

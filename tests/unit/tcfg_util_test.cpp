@@ -80,175 +80,136 @@ class TcfgFiles : public ::testing::Test {
 
 // --- "KEY = value" lines ---------------------------------------------------
 
-TEST(TcfgValues, CommentQuotesAndSemicolonStayAroundTheValue) {
-  Cfg cfg = Mem(
-      "CENTER_X = 320 # pixels\n"
-      "CENTER_Y=\"240\";\n"
-      "OUTER_RADIUS\t'300' ; outer\n");
-  EXPECT_EQ(Value(cfg.get(), "CENTER_X"), "320");
-  EXPECT_EQ(Value(cfg.get(), "CENTER_Y"), "240");
-  EXPECT_EQ(Value(cfg.get(), "OUTER_RADIUS"), "300");
+// A lookup: the value found (or "<none>") and its line.
+struct GetCase {
+  std::string text;
+  const char* key;
+  int occurrence, start;
+  std::string value;
+  int line;
+};
 
-  EXPECT_EQ(set_cfg_value(cfg.get(), "CENTER_X", "400"), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "CENTER_Y", "400"), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "OUTER_RADIUS", "12345"), 0);
-  EXPECT_EQ(Lines(cfg.get()), (std::vector<std::string>{"CENTER_X = 400 # pixels",
-                                                        "CENTER_Y=\"400\";",
-                                                        "OUTER_RADIUS\t'12345' ; outer"}));
-  EXPECT_EQ(Value(cfg.get(), "CENTER_X"), "400");
-}
-
-TEST(TcfgValues, KeyMatchesOnlyWholeAtLineStart) {
-  Cfg cfg = Mem("CENTER_XY=1\nCENTER_X2=5\n CENTER_X=6\n#CENTER_X=7\nCENTER_X\t8\n");
-  int line = -2;
-  EXPECT_EQ(Value(cfg.get(), "CENTER_X", &line), "8");
-  EXPECT_EQ(line, 4);
-  EXPECT_EQ(Value(cfg.get(), "CENTER"), "<none>");
-  EXPECT_EQ(Value(cfg.get(), "CENTER_XYZ"), "<none>");  // longer than the line's key
-
-  // A key that is not in the file is never added.
-  Cfg other = Mem("CENTER_XY=1\n");
-  EXPECT_EQ(set_cfg_value(other.get(), "CENTER_X", "2"), -1);
-  EXPECT_EQ(Lines(other.get()), std::vector<std::string>{"CENTER_XY=1"});
-}
-
-TEST(TcfgValues, SeparatorsBlanksAndEmptyValues) {
-  Cfg cfg = Mem(
-      "A = =\t= 1\n"
-      "B = a b\t c  \t\n"
-      "C =\n"
-      "D=#only comment\n"
-      "E = \"\"\n"
-      "F=x;y;z\n");
-  EXPECT_EQ(Value(cfg.get(), "A"), "1");
-  EXPECT_EQ(Value(cfg.get(), "B"), "a b\t c");  // inner blanks are part of it
-  EXPECT_EQ(Value(cfg.get(), "C"), "");
-  EXPECT_EQ(Value(cfg.get(), "D"), "");
-  EXPECT_EQ(Value(cfg.get(), "E"), "");
-  EXPECT_EQ(Value(cfg.get(), "F"), "x");
-
-  EXPECT_EQ(set_cfg_value(cfg.get(), "B", "d"), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "C", "5"), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "D", "6"), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "E", "7"), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "F", ""), 0);
-  EXPECT_EQ(Lines(cfg.get()), (std::vector<std::string>{"A = =\t= 1", "B = d  \t", "C =5",
-                                                        "D=6#only comment", "E = \"7\"",
-                                                        "F=;y;z"}));
-}
-
-TEST(TcfgValues, OccurrenceAndStartLine) {
-  Cfg cfg = Mem("A=1\nA=2\nB=0\nA=3\n");
-  char out[8];
-  EXPECT_EQ(get_cfg_value(cfg.get(), "A", out, sizeof out, 1, 0), 1);
-  EXPECT_STREQ(out, "2");
-  EXPECT_EQ(get_cfg_value(cfg.get(), "A", out, sizeof out, 0, 2), 3);
-  EXPECT_STREQ(out, "3");
-  EXPECT_EQ(get_cfg_value(cfg.get(), "A", out, sizeof out, 1, 1), 3);
-  for (auto [occurrence, start] :
-       std::initializer_list<std::pair<int, int>>{{3, 0}, {1, 2}, {0, 4}, {-1, 0}, {0, -1}}) {
-    strcpy(out, "junk");
-    EXPECT_EQ(get_cfg_value(cfg.get(), "A", out, sizeof out, occurrence, start), -1);
-    EXPECT_STREQ(out, "");
+TEST(TcfgValues, Lookups) {
+  const std::string v127(127, '7');
+  const std::string malformed = "=5\n = 5\nNOVALUE\nEMPTY=\nOPEN=\"abc\nOPEN2='\nTRAIL= \t \n \t= =\t\n=\nQ=\"\n'\n#\n;;;\nK\n";
+  const GetCase cases[] = {
+      {"CENTER_X = 320 # pixels\n", "CENTER_X", 0, 0, "320", 0},
+      {"CENTER_Y=\"240\";\n", "CENTER_Y", 0, 0, "240", 0},
+      {"OUTER_RADIUS\t'300' ; outer\n", "OUTER_RADIUS", 0, 0, "300", 0},
+      // Only the whole key at the start of a line.
+      {"CENTER_XY=1\nCENTER_X2=5\n CENTER_X=6\n#CENTER_X=7\nCENTER_X\t8\n", "CENTER_X", 0, 0, "8", 4},
+      {"CENTER_XY=1\n", "CENTER", 0, 0, "<none>", -1},
+      {"CENTER_XY=1\n", "CENTER_XYZ", 0, 0, "<none>", -1},
+      // Separators, inner blanks, empty values, the first of several.
+      {"A = =\t= 1\n", "A", 0, 0, "1", 0},
+      {"B = a b\t c  \t\n", "B", 0, 0, "a b\t c", 0},
+      {"C =\nD=#only comment\nE = \"\"\n", "D", 0, 0, "", 1},
+      {"E = \"\"\n", "E", 0, 0, "", 0},
+      {"F=x;y;z\n", "F", 0, 0, "x", 0},
+      // Occurrence and start line.
+      {"A=1\nA=2\nB=0\nA=3\n", "A", 1, 0, "2", 1},
+      {"A=1\nA=2\nB=0\nA=3\n", "A", 0, 2, "3", 3},
+      {"A=1\nA=2\nB=0\nA=3\n", "A", 1, 1, "3", 3},
+      {"A=1\nA=2\nB=0\nA=3\n", "A", 3, 0, "<none>", -1},
+      {"A=1\nA=2\nB=0\nA=3\n", "A", 1, 2, "<none>", -1},
+      {"A=1\nA=2\nB=0\nA=3\n", "A", 0, 4, "<none>", -1},
+      {"A=1\nA=2\nB=0\nA=3\n", "A", -1, 0, "<none>", -1},
+      {"A=1\nA=2\nB=0\nA=3\n", "A", 0, -1, "<none>", -1},
+      // At most 127 characters.
+      {"K127=" + v127 + "\n", "K127", 0, 0, v127, 0},
+      // Malformed lines stay in bounds; the empty key matches a leading separator.
+      {malformed, "NOVALUE", 0, 0, "<none>", -1},
+      {malformed, "EMPTY", 0, 0, "", 3},
+      {malformed, "OPEN", 0, 0, "abc", 4},
+      {malformed, "OPEN2", 0, 0, "", 5},
+      {malformed, "TRAIL", 0, 0, "", 6},
+      {malformed, "Q", 0, 0, "", 9},
+      {malformed, "KEY", 0, 0, "<none>", -1},
+      {malformed, "", 0, 0, "5", 0},
+  };
+  for (const GetCase& c : cases) {
+    Cfg cfg = Mem(c.text);
+    char out[kTcfgValueSize] = "junk";
+    const int line = get_cfg_value(cfg.get(), c.key, out, sizeof out, c.occurrence, c.start);
+    EXPECT_EQ(line < 0 ? "<none>" : std::string(out), c.value) << c.text << c.key;
+    EXPECT_EQ(line, c.line) << c.text << c.key;
+    if (line < 0) EXPECT_STREQ(out, "") << c.key;
   }
-
-  EXPECT_EQ(set_cfg_value(cfg.get(), "A", "9", 2, 0), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "A", "9", 0, 4), -1);
-  EXPECT_EQ(Lines(cfg.get()), (std::vector<std::string>{"A=1", "A=2", "B=0", "A=9"}));
 }
 
-TEST(TcfgValues, ValueLimitIs127Characters) {
-  const std::string v127(127, '7'), v128(128, '8');
-  Cfg cfg = Mem("K127=" + v127 + "\nK128 = \"" + v128 + "\" # kept\n");
-  EXPECT_EQ(Value(cfg.get(), "K127"), v127);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "K127", "1"), 0);
+// A replacement: the result and every line afterwards.
+struct SetCase {
+  std::string text;
+  const char* key;
+  const char* value;
+  int occurrence, start, result;
+  std::vector<std::string> lines;
+};
 
-  std::string got;
-  EXPECT_EQ(StderrOf([&] { got = Value(cfg.get(), "K128"); }),
-            "insufficient string buffer size\n");
-  EXPECT_EQ(got, "<none>");
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(set_cfg_value(cfg.get(), "K128", "1"), -1); }),
-            "insufficient string buffer size\n");
-  EXPECT_EQ(Lines(cfg.get()), (std::vector<std::string>{"K127=1", "K128 = \"" + v128 + "\" # kept"}));
-
-  // The caller's buffer bounds the copy: "12345" needs six bytes.
-  Cfg small = Mem("K=12345\n");
-  char out[6] = "junk";
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(get_cfg_value(small.get(), "K", out, 5), -1); }),
-            "insufficient string buffer size\n");
-  EXPECT_STREQ(out, "");
-  EXPECT_EQ(get_cfg_value(small.get(), "K", out, 6), 0);
-  EXPECT_STREQ(out, "12345");
-}
-
-TEST(TcfgValues, LongTailsAndRepeatedReplacement) {
-  const std::string comment = " # " + std::string(1000, 'c');
-  Cfg cfg = Mem("K = 1" + comment + "\n");
-  for (const char* value : {"22", "333333", "4"}) {
-    ASSERT_EQ(set_cfg_value(cfg.get(), "K", value), 0);
-    EXPECT_EQ(Lines(cfg.get())[0], std::string("K = ") + value + comment);
+TEST(TcfgValues, Replacements) {
+  const std::string tail = " # " + std::string(1000, 'c');
+  const SetCase cases[] = {
+      // Quotes, comments and semicolons stay around the value.
+      {"CENTER_X = 320 # pixels\n", "CENTER_X", "400", 0, 0, 0, {"CENTER_X = 400 # pixels"}},
+      {"CENTER_Y=\"240\";\n", "CENTER_Y", "400", 0, 0, 0, {"CENTER_Y=\"400\";"}},
+      {"OUTER_RADIUS\t'300' ; outer\n", "OUTER_RADIUS", "12345", 0, 0, 0, {"OUTER_RADIUS\t'12345' ; outer"}},
+      {"CENTER_XY=1\n", "CENTER_X", "2", 0, 0, -1, {"CENTER_XY=1"}},  // never added
+      {"B = a b\t c  \t\n", "B", "d", 0, 0, 0, {"B = d  \t"}},
+      {"C =\n", "C", "5", 0, 0, 0, {"C =5"}},
+      {"D=#only comment\n", "D", "6", 0, 0, 0, {"D=6#only comment"}},
+      {"E = \"\"\n", "E", "7", 0, 0, 0, {"E = \"7\""}},
+      {"F=x;y;z\n", "F", "", 0, 0, 0, {"F=;y;z"}},
+      {"A=1\nA=2\nB=0\nA=3\n", "A", "9", 2, 0, 0, {"A=1", "A=2", "B=0", "A=9"}},
+      {"A=1\nA=2\nB=0\nA=3\n", "A", "9", 0, 4, -1, {"A=1", "A=2", "B=0", "A=3"}},
+      {"K = 1 # c\n", "K", "333333", 0, 0, 0, {"K = 333333 # c"}},
+      {"K = 1" + tail + "\n", "K", "22", 0, 0, 0, {"K = 22" + tail}},
+      // Emptied, the blank before the comment joins the separators.
+      {"K = 1" + tail + "\n", "K", "", 0, 0, 0, {"K = " + tail}},
+      {"OPEN=\"abc\n", "OPEN", "2", 0, 0, 0, {"OPEN=\"2"}},
+      {"OPEN2='\n", "OPEN2", "3", 0, 0, 0, {"OPEN2='3"}},
+      {"TRAIL= \t \n", "TRAIL", "4", 0, 0, 0, {"TRAIL= \t 4"}},
+      {"Q=\"\n", "Q", "5", 0, 0, 0, {"Q=\"5"}},
+      {"=5\n = 5\n \t= =\t\n", "", "6", 2, 0, 0, {"=5", " = 5", " \t= =\t6"}},
+      {"NOVALUE\n", "NOVALUE", "7", 0, 0, -1, {"NOVALUE"}},
+  };
+  for (const SetCase& c : cases) {
+    Cfg cfg = Mem(c.text);
+    EXPECT_EQ(set_cfg_value(cfg.get(), c.key, c.value, c.occurrence, c.start), c.result) << c.text;
+    EXPECT_EQ(Lines(cfg.get()), c.lines) << c.text;
   }
-  // Emptied, the blank before the comment joins the separators: the next
-  // value goes after it and meets the comment.
+  // Replaced twice, then read back; a value is written as given, only reading it back is bounded.
+  Cfg cfg = Mem("K = 1" + tail + "\n");
   ASSERT_EQ(set_cfg_value(cfg.get(), "K", ""), 0);
-  EXPECT_EQ(Lines(cfg.get())[0], "K = " + comment);
-  EXPECT_EQ(Value(cfg.get(), "K"), "");
   ASSERT_EQ(set_cfg_value(cfg.get(), "K", "5"), 0);
-  EXPECT_EQ(Lines(cfg.get())[0], "K =  5" + comment.substr(1));
-  // The new value is written as given; only reading it back is bounded.
+  EXPECT_EQ(Lines(cfg.get())[0], "K =  5" + tail.substr(1));
+  EXPECT_EQ(Value(cfg.get(), "K"), "5");
   const std::string v300(300, 'v');
   EXPECT_EQ(set_cfg_value(cfg.get(), "K", v300.c_str()), 0);
-  EXPECT_EQ(Lines(cfg.get())[0], "K =  " + v300 + comment.substr(1));
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(Value(cfg.get(), "K"), "<none>"); }),
-            "insufficient string buffer size\n");
+  EXPECT_EQ(Lines(cfg.get())[0], "K =  " + v300 + tail.substr(1));
+  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(Value(cfg.get(), "K"), "<none>"); }), "insufficient string buffer size\n");
 }
 
-TEST(TcfgValues, MalformedLinesStayInBounds) {
-  const std::vector<std::string> lines = {
-      "=5", " = 5", "NOVALUE", "EMPTY=", "OPEN=\"abc", "OPEN2='", "TRAIL= \t ",
-      " \t= =\t", "=", "Q=\"", "'", "#", ";;;", "K"};
-  std::string text;
-  for (const std::string& line : lines) text += line + "\n";
-  Cfg cfg = Mem(text);
-  ASSERT_EQ(Lines(cfg.get()), lines);
-
-  EXPECT_EQ(Value(cfg.get(), "NOVALUE"), "<none>");  // no separator: not a key line
-  EXPECT_EQ(Value(cfg.get(), "EMPTY"), "");
-  EXPECT_EQ(Value(cfg.get(), "OPEN"), "abc");
-  EXPECT_EQ(Value(cfg.get(), "OPEN2"), "");
-  EXPECT_EQ(Value(cfg.get(), "TRAIL"), "");
-  EXPECT_EQ(Value(cfg.get(), "Q"), "");
-  EXPECT_EQ(Value(cfg.get(), "KEY"), "<none>");  // longer than the line "K"
-  // The empty key matches the lines that start with a separator.
-  int line = -2;
-  EXPECT_EQ(Value(cfg.get(), "", &line), "5");
-  EXPECT_EQ(line, 0);
-
-  EXPECT_EQ(set_cfg_value(cfg.get(), "EMPTY", "1"), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "OPEN", "2"), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "OPEN2", "3"), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "TRAIL", "4"), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "Q", "5"), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "", "6", 2, 0), 0);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "NOVALUE", "7"), -1);
-  std::vector<std::string> expected = lines;
-  expected[3] = "EMPTY=1";
-  expected[4] = "OPEN=\"2";
-  expected[5] = "OPEN2='3";
-  expected[6] = "TRAIL= \t 4";
-  expected[7] = " \t= =\t6";
-  expected[9] = "Q=\"5";
-  EXPECT_EQ(Lines(cfg.get()), expected);
-
-  // Null arguments fail without touching anything.
-  char out[4] = "x";
+TEST(TcfgValues, BuffersAndNullArguments) {
+  const std::string v128(128, '8');
+  Cfg cfg = Mem("K128 = \"" + v128 + "\" # kept\nK=12345\n");
+  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(Value(cfg.get(), "K128"), "<none>"); }), "insufficient string buffer size\n");
+  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(set_cfg_value(cfg.get(), "K128", "1"), -1); }),
+            "insufficient string buffer size\n");
+  // The caller's buffer bounds the copy: "12345" needs six bytes.
+  char out[6] = "junk";
+  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(get_cfg_value(cfg.get(), "K", out, 5), -1); }),
+            "insufficient string buffer size\n");
+  EXPECT_STREQ(out, "");
+  EXPECT_EQ(get_cfg_value(cfg.get(), "K", out, 6), 1);
+  EXPECT_STREQ(out, "12345");
+  strcpy(out, "x");
   EXPECT_EQ(get_cfg_value(nullptr, "K", out, sizeof out), -1);
   EXPECT_STREQ(out, "");
   EXPECT_EQ(get_cfg_value(cfg.get(), nullptr, out, sizeof out), -1);
   EXPECT_EQ(get_cfg_value(cfg.get(), "K", nullptr, 4), -1);
-  EXPECT_EQ(get_cfg_value(cfg.get(), "EMPTY", out, 0), -1);
+  EXPECT_EQ(get_cfg_value(cfg.get(), "K", out, 0), -1);
   EXPECT_EQ(set_cfg_value(nullptr, "K", "1"), -1);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "EMPTY", nullptr), -1);
+  EXPECT_EQ(set_cfg_value(cfg.get(), "K", nullptr), -1);
 }
 
 // --- Line splitting and the line table -------------------------------------
@@ -308,29 +269,27 @@ TEST(TcfgLines, AddedLinesAreCopiesAndDumpShowsIndexes) {
 
 TEST(TcfgColumns, ColumnsSplitOnRunsOfDelimiters) {
   Cfg cfg = Mem("  eth0 \t192.168.0.1\t\t255.255.255.0\n\"my cam\",'x',y\"z\n");
-  char out[kTcfgValueSize];
-  const char* expected[] = {"eth0", "192.168.0.1", "255.255.255.0"};
-  for (int col = 0; col < 3; ++col) {
-    EXPECT_EQ(get_cfg_col(cfg.get(), 0, col, " \t", out, sizeof out), 0);
-    EXPECT_STREQ(out, expected[col]);
+  struct Case {
+    int row, col;
+    const char* delimiters;
+    int result;
+    const char* value;
+  };
+  const Case cases[] = {
+      {0, 0, " \t", 0, "eth0"}, {0, 1, " \t", 0, "192.168.0.1"}, {0, 2, " \t", 0, "255.255.255.0"},
+      {0, 3, " \t", -1, ""},
+      // One opening quote is skipped; the value ends at the next quote.
+      {1, 0, ",", 0, "my cam"}, {1, 1, ",", 0, "x"}, {1, 2, ",", 0, "y"},
+      // No delimiters: the whole row is one column.
+      {0, 0, "", 0, "  eth0 \t192.168.0.1\t\t255.255.255.0"},
+      {-1, 0, ",", -1, ""}, {2, 0, ",", -1, ""}, {0, -1, ",", -1, ""},
+  };
+  for (const Case& c : cases) {
+    char out[kTcfgValueSize] = "junk";
+    EXPECT_EQ(get_cfg_col(cfg.get(), c.row, c.col, c.delimiters, out, sizeof out), c.result) << c.row << c.col;
+    EXPECT_STREQ(out, c.value) << c.row << c.col;
   }
-  strcpy(out, "junk");
-  EXPECT_EQ(get_cfg_col(cfg.get(), 0, 3, " \t", out, sizeof out), -1);
-  EXPECT_STREQ(out, "");
-
-  // One opening quote is skipped; the value ends at the next quote.
-  EXPECT_EQ(get_cfg_col(cfg.get(), 1, 0, ",", out, sizeof out), 0);
-  EXPECT_STREQ(out, "my cam");
-  EXPECT_EQ(get_cfg_col(cfg.get(), 1, 1, ",", out, sizeof out), 0);
-  EXPECT_STREQ(out, "x");
-  EXPECT_EQ(get_cfg_col(cfg.get(), 1, 2, ",", out, sizeof out), 0);
-  EXPECT_STREQ(out, "y");
-  // No delimiters: the whole row is one column.
-  EXPECT_EQ(get_cfg_col(cfg.get(), 0, 0, "", out, sizeof out), 0);
-  EXPECT_STREQ(out, "  eth0 \t192.168.0.1\t\t255.255.255.0");
-
-  for (int row : {-1, 2}) EXPECT_EQ(get_cfg_col(cfg.get(), row, 0, ",", out, sizeof out), -1);
-  EXPECT_EQ(get_cfg_col(cfg.get(), 0, -1, ",", out, sizeof out), -1);
+  char out[kTcfgValueSize];
   EXPECT_EQ(get_cfg_col(nullptr, 0, 0, ",", out, sizeof out), -1);
   EXPECT_EQ(get_cfg_col(cfg.get(), 0, 0, nullptr, out, sizeof out), -1);
   EXPECT_EQ(StderrOf([&] { EXPECT_EQ(get_cfg_col(cfg.get(), 0, 0, " \t", out, 4), -1); }),
@@ -356,28 +315,24 @@ TEST(TcfgColumns, ARowHasAtMost128Columns) {
 }
 
 TEST(TcfgColumns, RowsFoundByKeyColumn) {
-  Cfg cfg = Mem(
-      "user admin 1\n"
-      "group admin x\n"
-      "user guest 0\n"
-      "\"user\" quoted 2\n"
-      "user\n"
-      "users many 3\n");
-  char out[kTcfgValueSize];
-  EXPECT_EQ(find_cfg_row(cfg.get(), 0, "user", 1, " ", out, sizeof out, 0), 0);
-  EXPECT_STREQ(out, "admin");
-  EXPECT_EQ(find_cfg_row(cfg.get(), 0, "user", 2, " ", out, sizeof out, 1), 2);
-  EXPECT_STREQ(out, "0");
-  EXPECT_EQ(find_cfg_row(cfg.get(), 0, "user", 1, " ", out, sizeof out, 2), 3);
-  EXPECT_STREQ(out, "quoted");
-  // The fourth "user" row has no second column.
-  EXPECT_EQ(find_cfg_row(cfg.get(), 0, "user", 1, " ", out, sizeof out, 3), -1);
-  EXPECT_STREQ(out, "");
-  EXPECT_EQ(find_cfg_row(cfg.get(), 0, "user", 1, " ", out, sizeof out, 4), -1);
-  EXPECT_EQ(find_cfg_row(cfg.get(), 0, "use", 1, " ", out, sizeof out, 0), -1);
-  EXPECT_EQ(find_cfg_row(cfg.get(), 1, "admin", 2, " ", out, sizeof out, 1), 1);
-  EXPECT_STREQ(out, "x");
-  EXPECT_EQ(find_cfg_row(cfg.get(), 0, "user", 1, " ", out, sizeof out, -1), -1);
+  Cfg cfg = Mem("user admin 1\ngroup admin x\nuser guest 0\n\"user\" quoted 2\nuser\nusers many 3\n");
+  struct Case {
+    int keyCol;
+    const char* key;
+    int col, occurrence, row;
+    const char* value;
+  };
+  const Case cases[] = {
+      {0, "user", 1, 0, 0, "admin"}, {0, "user", 2, 1, 2, "0"}, {0, "user", 1, 2, 3, "quoted"},
+      {0, "user", 1, 3, -1, ""},  // the fourth "user" row has no second column
+      {0, "user", 1, 4, -1, ""},  {0, "use", 1, 0, -1, ""},      {1, "admin", 2, 1, 1, "x"},
+      {0, "user", 1, -1, -1, ""},
+  };
+  for (const Case& c : cases) {
+    char out[kTcfgValueSize] = "junk";
+    EXPECT_EQ(find_cfg_row(cfg.get(), c.keyCol, c.key, c.col, " ", out, sizeof out, c.occurrence), c.row) << c.key;
+    EXPECT_STREQ(out, c.value) << c.key << c.occurrence;
+  }
 }
 
 TEST(TcfgColumns, SetReplacesOneColumnOnly) {
