@@ -36,12 +36,6 @@ std::string Setting(const char* name, const char* built) {
   return v ? v : built;
 }
 
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
 
 int RemoveOne(const char* path, const struct stat*, int, FTW*) { return remove(path); }
 
@@ -69,6 +63,13 @@ std::string Quote(const std::string& s) { return "'" + s + "'"; }
 }
 
 }  // namespace
+
+std::string Slurp(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
 
 std::string ErrorPage(const std::string& program, const std::string& error) {
   std::string errorText;

@@ -112,6 +112,9 @@ class DeviceRoot {
   mutable std::vector<std::string> mounts_;
 };
 
+// A whole file of the host.
+std::string Slurp(const std::string& path);
+
 // Little helpers for record bytes.
 Bytes Pattern(size_t size, uint8_t seed = 0xA5);
 std::string Hex(const Bytes& bytes);
