@@ -47,6 +47,27 @@ void CopyPage(const char* path) {
   fclose(page);
 }
 
+struct Escape {
+  char byte;
+  const char* as;
+};
+// Inside a double-quoted script string, and as HTML text.
+constexpr Escape kJavaScriptEscapes[] = {{'\\', "\\\\"}, {'"', "\\\""}, {'\n', "\\n"}, {'\r', "\\r"}, {'<', "\\x3c"}};
+constexpr Escape kHtmlEscapes[] = {{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&#39;"}};
+
+template <size_t N>
+void WriteEscaped(const char* text, const Escape (&escapes)[N]) {
+  for (const char* p = text; *p; ++p) {
+    const char* as = nullptr;
+    for (const Escape& e : escapes) as = e.byte == *p ? e.as : as;
+    if (as) {
+      fputs(as, gCgi.out);
+    } else {
+      fputc(*p, gCgi.out);
+    }
+  }
+}
+
 // A script variable from a number the page posted; anything else is
 // reported and left out, as if it had not been posted.
 void WriteScriptNumber(const char* key, const char* variable) {
@@ -62,31 +83,9 @@ void WriteScriptNumber(const char* key, const char* variable) {
 
 }  // namespace
 
-void WriteJavaScriptEscaped(const char* text) {
-  for (const char* p = text; *p; ++p) {
-    switch (*p) {
-      case '\\': fputs("\\\\", gCgi.out); break;
-      case '"': fputs("\\\"", gCgi.out); break;
-      case '\n': fputs("\\n", gCgi.out); break;
-      case '\r': fputs("\\r", gCgi.out); break;
-      case '<': fputs("\\x3c", gCgi.out); break;
-      default: fputc(*p, gCgi.out);
-    }
-  }
-}
+void WriteJavaScriptEscaped(const char* text) { WriteEscaped(text, kJavaScriptEscapes); }
 
-void WriteHtmlEscaped(const char* text) {
-  for (const char* p = text; *p; ++p) {
-    switch (*p) {
-      case '&': fputs("&amp;", gCgi.out); break;
-      case '<': fputs("&lt;", gCgi.out); break;
-      case '>': fputs("&gt;", gCgi.out); break;
-      case '"': fputs("&quot;", gCgi.out); break;
-      case '\'': fputs("&#39;", gCgi.out); break;
-      default: fputc(*p, gCgi.out);
-    }
-  }
-}
+void WriteHtmlEscaped(const char* text) { WriteEscaped(text, kHtmlEscapes); }
 
 bool IsScriptNumber(const char* value) {
   const size_t length = strlen(value);

@@ -57,6 +57,18 @@ TEST(DeviceFaults, DaemonThatHasExited) {
   EXPECT_EQ(Hex(*root.ReadRecord("0J")), Hex(ZoomRecord(1)));
 }
 
+TEST(DeviceFaults, ReadOnlyFileSystem) {
+  DeviceRoot& root = DeviceRoot::Get();
+  root.Reset();
+  root.WriteRecord("0J", ZoomRecord());
+  root.BindReadOnly("/opt/kfp/etc/ZrConf");
+  const Answer a = root.Post("zrcamctlset.cgi", "AwbMode=1");
+  root.Unmount("/opt/kfp/etc/ZrConf");
+  EXPECT_EQ(a.out, ErrorPage("zrcamctlset.cgi", "ZrCamCtlWriteConfToFile is failed\n"));
+  EXPECT_EQ(Hex(*root.ReadRecord("0J")), Hex(ZoomRecord()));
+  EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), 1u);
+}
+
 TEST(DeviceFaults, ReadOnlyFisheyeFile) {
   DeviceRoot& root = DeviceRoot::Get();
   // Answered as a success, vmfd still woken.

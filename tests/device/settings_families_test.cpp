@@ -82,6 +82,7 @@ TEST(SettingsFamilies, WriteFailuresAndReadOnlyRecords) {
         << f.code;
     EXPECT_NE(root.ReadFile("/tmp/handler.err").value_or("").find(failed), std::string::npos) << f.code;
     EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), f.code == std::string("ZZ") ? 1u : 2u) << f.code;
+    if (f.code != std::string("ZZ")) EXPECT_EQ(Hex(*root.ReadRecord(f.code)), Hex(Pattern(f.recordSize))) << f.code;
     root.Unmount("/opt/kfp/etc/ZrConf");
     if (f.code == std::string("ZZ")) continue;
     // A record on a read-only mount: the error page, no signal, the file kept.
