@@ -7,11 +7,10 @@ cd "$(dirname "$0")/.."
 sh scripts/install-deps.sh clang libclang-rt-14-dev
 
 jobs=$(nproc 2>/dev/null || echo 2)
+export CMAKE_BUILD_PARALLEL_LEVEL="$jobs" CTEST_PARALLEL_LEVEL="$jobs"
 for preset in host armhf asan; do
   echo "== $preset =="
-  cmake --preset "$preset" >/dev/null
-  cmake --build --preset "$preset" -j "$jobs"
-  ctest --preset "$preset" -j "$jobs"
+  cmake --workflow --preset "$preset"
 done
 
 # Every fuzz target for a short, bounded run (scripts/fuzz.sh for longer ones).
