@@ -1,4 +1,5 @@
 #include "camctl/product_code.h"
+#include "camctl/record_store.h"
 
 #include <fcntl.h>
 #include <stdio.h>
@@ -56,9 +57,12 @@ int PnCodeUtilQefStrRead(char* out, int keyOffset) {
   snprintf(copyPath, sizeof copyPath, device::kBasicConfCopyFormat, static_cast<int>(getpid()));
   char command[160];
   snprintf(command, sizeof command, device::kCatCommandFormat, device::kBasicConfProcFile, copyPath);
+  // Whatever another user may have planted at the copy path (a link to a
+  // file of ours) goes first, and the copy is read without following links.
+  remove(copyPath);
   (void)!system(command);
 
-  const int fd = open(copyPath, O_RDONLY);
+  const int fd = open(copyPath, O_RDONLY | O_NOFOLLOW);
   if (fd < 0) {
     fprintf(stderr, "qet_get_and_init_pn_code():open(%s) error \n", copyPath);
     free(work);
@@ -141,5 +145,6 @@ int ZrCamCtlSet(char* errorBuffer) {
     return 0;
   }
   MakeCamCtlConfPath(path, kRecordPathBufferSize, gPnCode);
+  TakeSettingsLock();
   return handler(errorBuffer, path);
 }

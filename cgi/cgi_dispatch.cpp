@@ -70,8 +70,9 @@ int SignalDaemon(const Daemon& daemon, int sig) {
   int32_t pid = 0;
   const bool havePid = ReadPid(file, &pid);
   fclose(file);
-  // A pid of 0 or below would signal a process group or every process.
-  if (!havePid || pid <= 0 || kill(static_cast<pid_t>(pid), sig) != 0) {
+  // A pid of 0 or below would signal a process group or every process,
+  // and pid 1 is init, which some take a SIGUSR2 as an order to power off.
+  if (!havePid || pid <= 1 || kill(static_cast<pid_t>(pid), sig) != 0) {
     fprintf(stderr, "[%s] Send sig = [%d] to %s. [Error]\n", daemon.tag, sig, daemon.name);
     return -2;
   }
@@ -88,7 +89,9 @@ void WriteErrorPage(const char* programName) {
   WriteContentType("text/html");
   FILE* out = gCgi.out;
   fputs("<html>\n<head>\n<script language=javascript>\n", out);
-  fprintf(out, "alert(\"%s Cgi Func:[%s] return ERROR!!!\");\n", programName, gErrorBuffer);
+  fprintf(out, "alert(\"%s Cgi Func:[", programName);
+  WriteJavaScriptEscaped(gErrorBuffer);
+  fputs("] return ERROR!!!\");\n", out);
   fputs("history.go(-1);\n</script>\n</head>\n</html>\n", out);
 }
 

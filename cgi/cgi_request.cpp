@@ -18,23 +18,21 @@ struct HexDigitTable {
 };
 constexpr HexDigitTable kHexDigits;
 
-// The form list, in request order, with duplicates kept.
-//
-// Every handler looks each of its keys up by name, and a family may have
-// hundreds of keys, while a hostile form may carry tens of thousands of
-// entries. So each entry is also linked into a bucket by the hash of its
-// name, and a lookup costs one short bucket walk instead of a walk of the
-// whole list: reading and merging stay linear in the size of the form.
-struct FormNode {
-  FormEntry entry;
-  uint32_t hash;
-  FormNode* nextInBucket;
+// The form, parsed in place: the decoded entries lie one after the other
+// in one buffer as "name\0value\0", in request order with duplicates kept.
+// A hostile form may carry half a million entries in its 1 MiB, so nothing
+// is allocated per entry: an open-addressing index holds, for each distinct
+// name, the offset of its first occurrence (plus one; 0 is a free slot).
+// Lookups cost a short probe instead of a walk of the whole form.
+struct FormStore {
+  char* text;
+  uint32_t used;
+  uint32_t capacity;
+  uint32_t* index;
+  uint32_t slots;  // a power of two, or 0 before the first entry
+  uint32_t names;  // distinct names in the index
 };
-
-constexpr unsigned kBucketCount = 4096;
-FormNode* gBuckets[kBucketCount];
-FormEntry* gFormHead;
-FormEntry* gFormTail;
+FormStore gForm;
 
 uint32_t HashName(const char* name) {
   uint32_t h = 2166136261u;  // FNV-1a
@@ -44,60 +42,112 @@ uint32_t HashName(const char* name) {
   return h;
 }
 
-// Buckets hold their newest entry first, so the first occurrence of a name
-// is the last match in its bucket.
-const FormNode* FindFirst(const char* name) {
-  const uint32_t h = HashName(name);
-  const FormNode* first = nullptr;
-  for (const FormNode* n = gBuckets[h % kBucketCount]; n; n = n->nextInBucket) {
-    if (n->hash == h && strcmp(n->entry.name, name) == 0) first = n;
+// The slot that holds name, or the free slot where it would go.
+uint32_t* Slot(const char* name, uint32_t hash) {
+  for (uint32_t i = hash & (gForm.slots - 1);; i = (i + 1) & (gForm.slots - 1)) {
+    uint32_t* slot = &gForm.index[i];
+    if (*slot == 0 || strcmp(gForm.text + *slot - 1, name) == 0) return slot;
   }
-  return first;
 }
 
-// Decodes length bytes of urlencoded text into out (length+1 bytes).
-void Decode(const char* in, size_t length, char* out) {
-  size_t o = 0;
+// Makes the index at least `slots` large (a power of two), rehashing.
+bool GrowIndex(uint32_t slots) {
+  if (slots <= gForm.slots) return true;
+  uint32_t* index = static_cast<uint32_t*>(calloc(slots, sizeof *index));
+  if (!index) return false;
+  uint32_t* old = gForm.index;
+  const uint32_t oldSlots = gForm.slots;
+  gForm.index = index;
+  gForm.slots = slots;
+  for (uint32_t i = 0; i < oldSlots; ++i) {
+    if (old[i]) *Slot(gForm.text + old[i] - 1, HashName(gForm.text + old[i] - 1)) = old[i];
+  }
+  free(old);
+  return true;
+}
+
+// The index is kept at most seven-eighths full. It is sized once for the
+// names a form can bring, so that it never holds two tables at once: a
+// 1 MiB body has at most about 223,000 distinct names (one empty, 256 of
+// one byte, 65,536 of two, the rest longer), which 262,144 slots (1 MiB)
+// hold. A form can have more entries than that only by repeating names.
+constexpr uint32_t kIndexSlotsForLargestForm = 262144;
+bool IndexRoomFor(uint32_t names) {
+  uint32_t slots = gForm.slots ? gForm.slots : 1024;
+  while (slots < kIndexSlotsForLargestForm && names * 8ull > slots * 7ull) slots *= 2;
+  while (names * 8ull > slots * 7ull) slots *= 2;  // only forms larger than the body limit
+  return GrowIndex(slots);
+}
+
+// Room for length more raw bytes and the terminator the last value needs.
+char* Reserve(size_t length) {
+  if (length > UINT32_MAX - 2 - gForm.used) return nullptr;
+  const uint32_t need = gForm.used + static_cast<uint32_t>(length) + 2;
+  if (need > gForm.capacity) {
+    char* text = static_cast<char*>(realloc(gForm.text, need));
+    if (!text) return nullptr;
+    gForm.text = text;
+    gForm.capacity = need;
+  }
+  return gForm.text + gForm.used;
+}
+
+// Decodes in[0..length) to out, which may be in itself (the text never
+// grows). A decoded NUL ends the string; the rest of the span is skipped.
+// Returns the end of the output, its NUL written.
+char* Decode(const char* in, size_t length, char* out) {
+  bool ended = false;
   for (size_t i = 0; i < length; ++i) {
-    const unsigned char c = static_cast<unsigned char>(in[i]);
+    unsigned char c = static_cast<unsigned char>(in[i]);
     if (c == '+') {
-      out[o++] = ' ';
+      c = ' ';
     } else if (c == '%') {
       if (length - i < 3) break;  // escape cut off by the end of the data
-      const unsigned char hi = static_cast<unsigned char>(in[i + 1]);
-      const unsigned char lo = static_cast<unsigned char>(in[i + 2]);
-      out[o++] = static_cast<char>(kHexDigits.value[hi] * 16 + kHexDigits.value[lo]);
+      c = static_cast<unsigned char>(kHexDigits.value[static_cast<unsigned char>(in[i + 1])] * 16 +
+                                     kHexDigits.value[static_cast<unsigned char>(in[i + 2])]);
       i += 2;
-    } else {
-      out[o++] = static_cast<char>(c);
     }
+    ended = ended || c == '\0';
+    if (!ended) *out++ = static_cast<char>(c);
   }
-  out[o] = '\0';
+  *out = '\0';
+  return out;
 }
 
-int AppendEntry(const char* name, size_t nameLength, const char* value, size_t valueLength) {
-  // One block: the node, then the decoded name, then the decoded value.
-  const size_t size = sizeof(FormNode) + nameLength + 1 + valueLength + 1;
-  FormNode* node = static_cast<FormNode*>(malloc(size));
-  if (!node) return -1;
-  char* text = reinterpret_cast<char*>(node + 1);
-  node->entry.name = text;
-  node->entry.value = text + nameLength + 1;
-  node->entry.next = nullptr;
-  Decode(name, nameLength, node->entry.name);
-  Decode(value, valueLength, node->entry.value);
-
-  if (gFormTail) {
-    gFormTail->next = &node->entry;
-  } else {
-    gFormHead = &node->entry;
+// Parses the raw bytes just reserved at the end of the text, in place.
+int ParseReserved(size_t length) {
+  char* const data = gForm.text + gForm.used;
+  char* out = data;
+  size_t pos = 0;
+  // Every entry has its "=": their count bounds the names to come.
+  uint32_t entries = 0;
+  for (const char* p = data; (p = static_cast<const char*>(memchr(p, '=', length - (p - data)))) != nullptr; ++p)
+    ++entries;
+  const uint32_t capped = entries < kIndexSlotsForLargestForm / 8 * 7 ? entries : kIndexSlotsForLargestForm / 8 * 7;
+  if (!IndexRoomFor(gForm.names + capped)) return -1;
+  while (pos < length) {
+    const char* eq = static_cast<const char*>(memchr(data + pos, '=', length - pos));
+    if (!eq) break;
+    const size_t nameEnd = static_cast<size_t>(eq - data);
+    const size_t valueStart = nameEnd + 1;
+    const char* amp = static_cast<const char*>(memchr(data + valueStart, '&', length - valueStart));
+    const size_t valueEnd = amp ? static_cast<size_t>(amp - data) : length;
+    // The value is read from its place before the name's bytes move over it:
+    // the decoded name ends before the raw value starts.
+    char* name = out;
+    out = Decode(data + pos, nameEnd - pos, out) + 1;
+    out = Decode(data + valueStart, valueEnd - valueStart, out) + 1;
+    if (!IndexRoomFor(gForm.names + 1)) return -1;
+    const uint32_t offset = static_cast<uint32_t>(name - gForm.text) + 1;
+    uint32_t* slot = Slot(name, HashName(name));
+    if (*slot == 0) {
+      *slot = offset;
+      ++gForm.names;
+    }
+    if (!amp) break;
+    pos = valueEnd + 1;
   }
-  gFormTail = &node->entry;
-
-  node->hash = HashName(node->entry.name);
-  FormNode*& bucket = gBuckets[node->hash % kBucketCount];
-  node->nextInBucket = bucket;
-  bucket = node;
+  gForm.used = static_cast<uint32_t>(out - gForm.text);
   return 0;
 }
 
@@ -120,39 +170,38 @@ const char* EnvOrEmpty(const char* name) {
 
 bool IsCSpace(unsigned char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
+// The form type, alone or with parameters ("; charset=UTF-8", as fetch()
+// sends it).
+bool IsFormContentType(const char* type) {
+  static const char kForm[] = "application/x-www-form-urlencoded";
+  const size_t n = sizeof kForm - 1;
+  if (strlen(type) < n) return false;
+  char head[sizeof kForm];
+  memcpy(head, type, n);
+  head[n] = '\0';
+  if (!EqualsIgnoringCase(head, kForm)) return false;
+  const char* rest = type + n + strspn(type + n, " \t");
+  return type[n] == '\0' || *rest == ';';
+}
+
 int ReadPostBody() {
-  if (!EqualsIgnoringCase(gCgi.contentType, "application/x-www-form-urlencoded")) return 0;
+  if (!IsFormContentType(gCgi.contentType)) return 0;
   if (gCgi.contentLength == 0) return 0;
   if (gCgi.contentLength < 0 || gCgi.contentLength > kMaxContentLength) return -1;
   const size_t length = static_cast<size_t>(gCgi.contentLength);
-  char* body = static_cast<char*>(malloc(length));
-  if (!body) return -1;
-  const size_t got = fread(body, 1, length, gCgi.in);
-  const int result = got == length ? ParseUrlEncodedForm(body, length) : -1;
-  free(body);
-  return result;
+  // The body is read straight into the form's text and parsed there.
+  char* body = Reserve(length);
+  if (!body || fread(body, 1, length, gCgi.in) != length) return -1;
+  return ParseReserved(length);
 }
 
 }  // namespace
 
 int ParseUrlEncodedForm(const char* data, size_t length) {
-  size_t pos = 0;
-  while (pos < length) {
-    const char* eq = static_cast<const char*>(memchr(data + pos, '=', length - pos));
-    if (!eq) return 0;
-    const size_t nameStart = pos;
-    const size_t nameEnd = static_cast<size_t>(eq - data);
-    const size_t valueStart = nameEnd + 1;
-    const char* amp = static_cast<const char*>(memchr(data + valueStart, '&', length - valueStart));
-    const size_t valueEnd = amp ? static_cast<size_t>(amp - data) : length;
-    if (AppendEntry(data + nameStart, nameEnd - nameStart, data + valueStart,
-                    valueEnd - valueStart) != 0) {
-      return -1;
-    }
-    if (!amp) return 0;
-    pos = valueEnd + 1;
-  }
-  return 0;
+  char* raw = Reserve(length);
+  if (!raw) return -1;
+  if (length > 0) memcpy(raw, data, length);
+  return ParseReserved(length);
 }
 
 int ReadCgiRequest() {
@@ -189,14 +238,14 @@ int ReadCgiRequest() {
 }
 
 int FormLookup(const char* key, char* buffer, int max) {
-  const FormNode* node = FindFirst(key);
-  if (!node) {
+  const uint32_t offset = gForm.slots ? *Slot(key, HashName(key)) : 0;
+  if (offset == 0) {
     if (max > 0) buffer[0] = '\0';
     return LookupNotFound;
   }
   if (max <= 0) return LookupTruncated;
   int copied = 0;
-  for (const char* p = node->entry.value; *p; ++p) {
+  for (const char* p = FormEntryValue(gForm.text + offset - 1); *p; ++p) {
     if (*p == '\r' || *p == '\n') continue;
     if (copied == max - 1) {
       buffer[copied] = '\0';
@@ -255,14 +304,12 @@ int32_t FormValueToInt(const char* text) {
 }
 
 void FreeForm() {
-  for (FormEntry* e = gFormHead; e;) {
-    FormEntry* next = e->next;
-    // The entry is the first member of its node, and the node is the block.
-    free(reinterpret_cast<FormNode*>(e));
-    e = next;
-  }
-  gFormHead = gFormTail = nullptr;
-  memset(gBuckets, 0, sizeof gBuckets);
+  free(gForm.text);
+  free(gForm.index);
+  gForm = {};
 }
 
-const FormEntry* FormEntries() { return gFormHead; }
+const char* NextFormEntry(const char* name) {
+  const char* next = name ? FormEntryValue(name) + strlen(FormEntryValue(name)) + 1 : gForm.text;
+  return next && next < gForm.text + gForm.used ? next : nullptr;
+}

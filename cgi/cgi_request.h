@@ -33,12 +33,6 @@ struct CgiEnvironment {
 // The process-wide request state, filled by ReadCgiRequest.
 extern CgiEnvironment gCgi;
 
-struct FormEntry {
-  char* name;
-  char* value;
-  FormEntry* next;
-};
-
 enum FormLookupResult : int {
   LookupOk = 0,
   LookupTruncated = 1,
@@ -72,5 +66,11 @@ uint32_t DecimalToUInt32(const char* text);
 
 void FreeForm();
 
-// The head of the form list, for code that walks it (tests, benchmarks).
-const FormEntry* FormEntries();
+// Walks the form in request order, duplicates included: nullptr gives the
+// first entry's name, a name the next one's; nullptr after the last.
+const char* NextFormEntry(const char* name);
+// An entry's value is stored right after its name.
+inline const char* FormEntryValue(const char* name) {
+  while (*name) ++name;
+  return name + 1;
+}

@@ -31,17 +31,78 @@ bool HasDotDotSegment(const char* path) {
   return false;
 }
 
+void WritePageOpenError(const char* path) {
+  fputs("Page Open Error (", gCgi.out);
+  WriteHtmlEscaped(path);
+  fputc(')', gCgi.out);
+}
+
 void CopyPage(const char* path) {
   FILE* page = fopen(path, "rt");
   if (!page) {
-    fprintf(gCgi.out, "Page Open Error (%s)", path);
+    WritePageOpenError(path);
     return;
   }
   for (int c; (c = fgetc(page)) != EOF;) fputc(c, gCgi.out);
   fclose(page);
 }
 
+struct Escape {
+  char byte;
+  const char* as;
+};
+// Inside a double-quoted script string, and as HTML text.
+constexpr Escape kJavaScriptEscapes[] = {{'\\', "\\\\"}, {'"', "\\\""}, {'\n', "\\n"}, {'\r', "\\r"}, {'<', "\\x3c"}};
+constexpr Escape kHtmlEscapes[] = {{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&#39;"}};
+
+template <size_t N>
+void WriteEscaped(const char* text, const Escape (&escapes)[N]) {
+  for (const char* p = text; *p; ++p) {
+    const char* as = nullptr;
+    for (const Escape& e : escapes) as = e.byte == *p ? e.as : as;
+    if (as) {
+      fputs(as, gCgi.out);
+    } else {
+      fputc(*p, gCgi.out);
+    }
+  }
+}
+
+// A script variable from a number the page posted; anything else is
+// reported and left out, as if it had not been posted.
+void WriteScriptNumber(const char* key, const char* variable) {
+  char value[kValueSize];
+  const int found = FormLookup(key, value, kValueSize);
+  if (found == LookupNotFound) return;
+  if (found == LookupOk && IsScriptNumber(value)) {
+    fprintf(gCgi.out, "var %s = %s;\n", variable, value);
+  } else {
+    fprintf(stderr, "[WriteReturnPage] %s refused\n", key);
+  }
+}
+
 }  // namespace
+
+void WriteJavaScriptEscaped(const char* text) { WriteEscaped(text, kJavaScriptEscapes); }
+
+void WriteHtmlEscaped(const char* text) { WriteEscaped(text, kHtmlEscapes); }
+
+bool IsScriptNumber(const char* value) {
+  const size_t length = strlen(value);
+  const char* digits = value + (value[0] == '+' || value[0] == '-');
+  if (length > 11 || *digits == '\0') return false;
+  return strspn(digits, "0123456789") == strlen(digits);
+}
+
+bool IsLocalRedirect(const char* value) {
+  for (const unsigned char* p = reinterpret_cast<const unsigned char*>(value); *p; ++p) {
+    if (*p < 0x20 || *p == 0x7F || strchr("\"'<>\\", *p)) return false;
+  }
+  if (value[0] == '/' && value[1] == '/') return false;
+  // A ":" before the first "/", "?" or "#" would start a scheme.
+  const size_t beforePath = strcspn(value, "/?#");
+  return memchr(value, ':', beforePath) == nullptr;
+}
 
 void WriteContentType(const char* type) { fprintf(gCgi.out, "Content-type: %s\r\n\r\n", type); }
 
@@ -63,17 +124,23 @@ int WriteReturnPage() {
   if (Given("RetPage", value)) {
     const bool mayOpen = MakeReturnPagePath(value, path, kPathSize);
     fputs("<script language=javascript>\n", gCgi.out);
-    if (Given("ZrModId", value)) fprintf(gCgi.out, "var ZRMODID = %s;\n", value);
-    if (Given("PortId", value)) fprintf(gCgi.out, "var PORTID = %s;\n", value);
+    WriteScriptNumber("ZrModId", "ZRMODID");
+    WriteScriptNumber("PortId", "PORTID");
     fputs("</script>\n", gCgi.out);
     if (mayOpen) {
       CopyPage(path);
     } else {
-      fprintf(gCgi.out, "Page Open Error (%s)", path);
+      WritePageOpenError(path);
     }
   }
 
-  if (!Given("RetReDir", value)) return 0;
+  // An empty redirect is no redirect, as it always was.
+  const int redirect = FormLookup("RetReDir", value, kValueSize);
+  if (redirect == LookupNotFound || redirect == LookupEmpty) return 0;
+  if (redirect != LookupOk || !IsLocalRedirect(value)) {
+    fputs("[WriteReturnPage] RetReDir refused\n", stderr);
+    return 0;
+  }
   fputs("<html>\n<head>\n<script language=javascript>\n", gCgi.out);
   fprintf(gCgi.out, "location.href=\"%s\";\n", value);
   fputs("</script>\n</head>\n<body>\n</body>\n</html>\n", gCgi.out);

@@ -9,6 +9,18 @@ void WriteContentType(const char* type);
 // writes the redirect of "RetReDir". Always 0.
 int WriteReturnPage();
 
+// Text placed in a page: inside a script's double-quoted string, and as
+// HTML text.
+void WriteJavaScriptEscaped(const char* text);
+void WriteHtmlEscaped(const char* text);
+
+// Values echoed into the return page's script. A module or port id is an
+// optional sign and digits, 11 characters at most; a redirect is a path on
+// this device: no quote, angle bracket, backslash or control byte, no
+// scheme and no "//" host.
+bool IsScriptNumber(const char* value);
+bool IsLocalRedirect(const char* value);
+
 // Composes the page path for a "RetPage" value into path (128 bytes).
 // False when the page must not be opened: the path does not fit, or it
 // climbs out of the web root through a ".." segment. The buffer then holds

@@ -20,6 +20,9 @@ inline constexpr const char kBasicConfProcFile[] = "/proc/driver/qe_basic_conf";
 inline constexpr const char kBasicConfCopyFormat[] = "/tmp/qell_conf_%d.txt";
 inline constexpr const char kCatCommandFormat[] = "/bin/cat %s > %s";
 
+// Saves of the records and of the fisheye file take turns on this lock.
+inline constexpr const char kSettingsLockFile[] = "/var/run/zrcamctl.lock";
+
 // Settings records.
 inline constexpr const char kRecordPathFormat[] = "/opt/kfp/etc/ZrConf/ZrCamCtlConf%c%c.bin";
 inline constexpr const char kPtzPresetFile[] = "/opt/kfp/etc/ZrConf/PtzConf.bin";

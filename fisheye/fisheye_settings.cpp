@@ -2,6 +2,7 @@
 
 #include <stdio.h>
 
+#include "camctl/record_store.h"
 #include "cgi/cgi_request.h"
 #include "cgi/device_paths.h"
 #include "tcfg/tcfg_util.h"
@@ -26,12 +27,14 @@ constexpr FisheyeKey kFisheyeKeys[] = {
 
 int ZrFisheyeSet(char*) {
   // The file is installed with the firmware; it is never created here.
+  TakeSettingsLock();
   tcfg* cfg = new_cfg(device::kFisheyeConfFile, false);
   if (!cfg) {
     fprintf(stderr, "Failed to create cfg [%s]\n", device::kFisheyeConfFile);
     return 1;
   }
-  load_cfg(cfg);
+  // A file that could not be read whole is never written over.
+  const bool loaded = load_cfg(cfg) >= 0;
   for (const FisheyeKey& key : kFisheyeKeys) {
     char value[128];
     // Written as posted: vmfd reads the numbers itself. A key missing from
@@ -39,7 +42,7 @@ int ZrFisheyeSet(char*) {
     if (FormLookup(key.formKey, value, sizeof value) == LookupOk)
       set_cfg_value(cfg, key.configKey, value);
   }
-  save_cfg(cfg);
+  if (loaded) save_cfg(cfg);
   free_cfg(cfg);
   return 1;
 }

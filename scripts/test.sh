@@ -11,11 +11,10 @@ sh scripts/install-deps.sh chromium || echo "NOTE: chromium could not be install
 [ -d tests/browser/node_modules/puppeteer-core ] || (cd tests/browser && npm ci --no-audit --no-fund)
 
 jobs=$(nproc 2>/dev/null || echo 2)
+export CMAKE_BUILD_PARALLEL_LEVEL="$jobs" CTEST_PARALLEL_LEVEL="$jobs"
 for preset in host armhf asan; do
   echo "== $preset =="
-  cmake --preset "$preset" >/dev/null
-  cmake --build --preset "$preset" -j "$jobs"
-  ctest --preset "$preset" -j "$jobs"
+  cmake --workflow --preset "$preset"
 done
 
 # The demo CI runs: one request per program through the simulator's server.

@@ -1,5 +1,7 @@
 #include "tcfg/tcfg_util.h"
 
+#include "filesys/atomic_file.h"
+
 #include <errno.h>
 #include <fcntl.h>
 #include <stdarg.h>
@@ -338,18 +340,20 @@ int save_cfg(tcfg* cfg) {
     log_failure("save_cfg", kLineSaveNull, "argument is NULL\n");
     return -1;
   }
-  FILE* file = fopen(cfg->path, "w");
-  if (!file) {
+  // The text replaces the file whole, once it is on the disk.
+  Replacement replacement;
+  if (!OpenReplacement(replacement, cfg->path)) {
     perror("open error");
     return -1;
   }
   for (int i = 0; i < cfg->lineCount; ++i) {
     if (!cfg->lines[i]) continue;
-    fputs(cfg->lines[i], file);
-    fputc('\n', file);
+    fputs(cfg->lines[i], replacement.file);
+    fputc('\n', replacement.file);
   }
-  fclose(file);
-  return 0;
+  const int placed = CommitReplacement(replacement, cfg->path);
+  if (placed != 0) perror(placed == -1 ? "write error" : "open error");
+  return placed == 0 ? 0 : -1;
 }
 
 void free_cfg(tcfg* cfg) {

@@ -36,12 +36,6 @@ std::string Setting(const char* name, const char* built) {
   return v ? v : built;
 }
 
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
 
 int RemoveOne(const char* path, const struct stat*, int, FTW*) { return remove(path); }
 
@@ -70,7 +64,18 @@ std::string Quote(const std::string& s) { return "'" + s + "'"; }
 
 }  // namespace
 
-std::string ErrorPage(const std::string& program, const std::string& errorText) {
+std::string Slurp(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+std::string ErrorPage(const std::string& program, const std::string& error) {
+  std::string errorText;
+  for (const char c : error) {
+    errorText += c == '\n' ? std::string("\\n") : c == '"' || c == '\\' ? std::string("\\") + c : std::string(1, c);
+  }
   return "Content-type: text/html\r\n\r\n<html>\n<head>\n<script language=javascript>\n"
          "alert(\"" + program + " Cgi Func:[" + errorText + "] return ERROR!!!\");\n"
          "history.go(-1);\n</script>\n</head>\n</html>\n";
@@ -186,6 +191,7 @@ void DeviceRoot::Reset() {
   chmod(HostPath("/tmp").c_str(), 01777);
   for (size_t i = 0; i < 2; ++i) SetPidFile(kDaemonNames[i], std::to_string(daemons_[i].pid) + "\n");
   SetModule("0J");
+  WriteFile("/var/run/zrcamctl.lock", std::string());  // as after the device's first save
   (void)!symlink("busybox", HostPath("/bin/cat").c_str());
 }
 
@@ -214,13 +220,9 @@ void DeviceRoot::WriteFile(const std::string& devicePath, const Bytes& content) 
 }
 
 std::optional<std::string> DeviceRoot::ReadFile(const std::string& devicePath) const {
-  if (!Exists(devicePath)) return std::nullopt;
-  return Slurp(HostPath(devicePath));
-}
-
-bool DeviceRoot::Exists(const std::string& devicePath) const {
   struct stat st;
-  return lstat(HostPath(devicePath).c_str(), &st) == 0;
+  if (lstat(HostPath(devicePath).c_str(), &st) != 0) return std::nullopt;
+  return Slurp(HostPath(devicePath));
 }
 
 void DeviceRoot::Remove(const std::string& devicePath) const { unlink(HostPath(devicePath).c_str()); }
@@ -237,16 +239,9 @@ std::vector<std::string> DeviceRoot::List(const std::string& deviceDirectory) co
   return names;
 }
 
-void DeviceRoot::SetBasicConf(const std::string& content) const {
-  WriteFile("/proc/driver/qe_basic_conf", content);
-}
-
-void DeviceRoot::SetProductCode(const std::string& pnCode) const {
-  SetBasicConf("QEF_STR0=\"NVS\";\nQEF_STR1=\"" + pnCode + "\";\nQEF_STR2=\"1.0.3\";\n");
-}
-
 void DeviceRoot::SetModule(const std::string& moduleCode) const {
-  SetProductCode("ABCDEFGHIJKLMNOPQRS" + moduleCode + "-A1");
+  WriteFile("/proc/driver/qe_basic_conf",
+            "QEF_STR0=\"NVS\";\nQEF_STR1=\"ABCDEFGHIJKLMNOPQRS" + moduleCode + "-A1\";\nQEF_STR2=\"1.0.3\";\n");
 }
 
 std::string DeviceRoot::RecordPath(const std::string& moduleCode) {
@@ -275,8 +270,6 @@ void DeviceRoot::SetPidFile(const std::string& daemon, const std::string& conten
 int DeviceRoot::DaemonPid(const std::string& daemon) const {
   return daemons_[daemon == "vmfd" ? 1 : 0].pid;
 }
-
-std::string DeviceRoot::SaveCfgCalls() const { return ReadFile("/var/savecfg.calls").value_or(""); }
 
 void DeviceRoot::MountTmpfs(const std::string& deviceDirectory, const std::string& size) const {
   const std::string opts = "size=" + size;
@@ -345,10 +338,18 @@ std::vector<Answer> DeviceRoot::RunTogether(const std::string& program, const st
   return answers;
 }
 
+Answer DeviceRoot::RunKilledAfter(const std::string& program, const Request& request, int microseconds) const {
+  const Started started = Start("/web/cgi-bin/" + program, request);
+  usleep(static_cast<useconds_t>(microseconds));
+  kill(started.pid, SIGKILL);
+  return Finish(started);
+}
+
 DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& request) const {
   // The program file: the name's own link when it exists, else the executable.
   std::string file = argv0;
-  if (file.empty() || file[0] != '/' || !Exists(file)) file = "/web/cgi-bin/zrcamctlset.cgi";
+  struct stat st;
+  if (file.empty() || file[0] != '/' || lstat(HostPath(file).c_str(), &st) != 0) file = "/web/cgi-bin/zrcamctlset.cgi";
 
   char inPath[] = "/tmp/zrcamctl-in.XXXXXX";
   char outPath[] = "/tmp/zrcamctl-out.XXXXXX";

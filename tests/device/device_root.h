@@ -51,7 +51,6 @@ class DeviceRoot {
   void WriteFile(const std::string& devicePath, const std::string& content) const;
   void WriteFile(const std::string& devicePath, const Bytes& content) const;
   std::optional<std::string> ReadFile(const std::string& devicePath) const;
-  bool Exists(const std::string& devicePath) const;
   void Remove(const std::string& devicePath) const;
   void RemoveAll(const std::string& devicePath) const;
   // Every directory on the way to devicePath (up to its last "/").
@@ -59,9 +58,6 @@ class DeviceRoot {
   // The names of the entries in a device directory, sorted.
   std::vector<std::string> List(const std::string& deviceDirectory) const;
 
-  // The basic configuration the product code is read from.
-  void SetBasicConf(const std::string& content) const;
-  void SetProductCode(const std::string& pnCode) const;
   // A product code whose characters 19 and 20 are the module code.
   void SetModule(const std::string& moduleCode) const;
 
@@ -72,9 +68,6 @@ class DeviceRoot {
   // Pid file contents; "" removes the file.
   void SetPidFile(const std::string& daemon, const std::string& content) const;
   int DaemonPid(const std::string& daemon) const;
-
-  // Lines the savecfg stand-in recorded.
-  std::string SaveCfgCalls() const;
 
   // Mounts and unmounts inside the root, for fault injection.
   void MountTmpfs(const std::string& deviceDirectory, const std::string& size) const;
@@ -91,6 +84,8 @@ class DeviceRoot {
   // Many requests at once: all are started before any is waited for. The
   // daemons' signals are collected once, into the first answer.
   std::vector<Answer> RunTogether(const std::string& program, const std::vector<Request>& requests) const;
+  // A request killed (SIGKILL) after the given time.
+  Answer RunKilledAfter(const std::string& program, const Request& request, int microseconds) const;
 
   ~DeviceRoot();
 
@@ -116,6 +111,9 @@ class DeviceRoot {
   StandIn daemons_[2];  // zrcamctld, vmfd
   mutable std::vector<std::string> mounts_;
 };
+
+// A whole file of the host.
+std::string Slurp(const std::string& path);
 
 // Little helpers for record bytes.
 Bytes Pattern(size_t size, uint8_t seed = 0xA5);

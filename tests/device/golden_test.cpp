@@ -53,10 +53,7 @@ void Walk(const std::string& host, const std::string& path, Tree& tree) {
       const ssize_t n = readlink((host + p).c_str(), target, sizeof target);
       tree[p] = {'l', std::string(target, n > 0 ? n : 0)};
     } else if (S_ISREG(st.st_mode)) {
-      std::ifstream in(host + p, std::ios::binary);
-      std::stringstream s;
-      s << in.rdbuf();
-      tree[p] = {'f', s.str()};
+      tree[p] = {'f', Slurp(host + p)};
     }
   }
   closedir(dir);
@@ -259,13 +256,6 @@ void Apply(const DeviceRoot& root, const std::string& given) {
     }
   }
   flush();
-}
-
-std::string Given(const DeviceRoot& root, const Tree& fresh, const Case& c) {
-  std::string out = "argv0 " + c.argv0 + "\n";
-  for (const auto& e : c.request.env) out += "env " + Quoted(e.first + "=" + e.second) + "\n";
-  if (!c.request.body.empty()) out += "stdin " + Quoted(c.request.body) + "\n";
-  return out + PidsOut(root, Changes(fresh, Snapshot(root), "given "));
 }
 
 std::vector<Case> Parse(const std::string& file) {

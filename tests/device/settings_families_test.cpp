@@ -1,8 +1,9 @@
 // What the transcripts cannot show: each family's own write-failure code
-// (the handler runs in this process, chrooted into the device root, against
-// /dev/full, which reads as zeros and refuses every write), a record on a
-// read-only mount, the retry's pauses, and the handler no module routes to.
+// (the handler runs in a child chrooted into the device root, on a full
+// file system), a record on a read-only mount, the retry's pauses, and the
+// handler no module routes to.
 #include <gtest/gtest.h>
+#include <string.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -47,17 +48,19 @@ const Family kFamilies[] = {
 };
 
 // Runs a handler in a child chrooted into the root, on the form; returns
-// "result\nerror buffer" and leaves its diagnostics in /tmp/handler.err.
+// "result\n", the error buffer's text, its NUL and the byte after; leaves its diagnostics in /tmp/handler.err.
 std::string RunHandler(DeviceRoot& root, SettingsHandler handler, const std::string& form, const char* path) {
   const pid_t pid = fork();
   if (pid == 0) {
     if (chroot(root.HostPath("").c_str()) != 0 || chdir("/") != 0 || !freopen("/tmp/handler.err", "w", stderr)) _exit(126);
     ParseUrlEncodedForm(form.data(), form.size());
-    char errorBuffer[256] = {};
+    char errorBuffer[256];
+    memset(errorBuffer, 'z', sizeof errorBuffer);  // to show how many bytes the handler wrote
     const int result = handler(errorBuffer, path);
     FILE* out = fopen("/tmp/handler.out", "w");
     if (!out) _exit(126);
-    fprintf(out, "%d\n%s", result, errorBuffer);
+    fprintf(out, "%d\n", result);
+    if (const char* nul = static_cast<const char*>(memchr(errorBuffer, 0, 255))) fwrite(errorBuffer, 1, nul - errorBuffer + 2, out);
     _exit(fclose(out) == 0 && fflush(stderr) == 0 ? 0 : 126);
   }
   int status = 0;
@@ -71,11 +74,18 @@ TEST(SettingsFamilies, WriteFailuresAndReadOnlyRecords) {
   const std::string failed = "ZrCamCtlWriteConfToFile is failed\n";
   for (const Family& f : kFamilies) {
     root.Reset();
-    EXPECT_EQ(RunHandler(root, f.handler, "", "/dev/full"), std::to_string(f.writeFailure) + "\n" + failed) << f.code;
+    const std::string path = DeviceRoot::RecordPath(f.code);
+    root.MountTmpfs("/opt/kfp/etc/ZrConf", "64k");
+    if (f.code != std::string("ZZ")) root.WriteRecord(f.code, Pattern(f.recordSize));
+    root.FillUp("/opt/kfp/etc/ZrConf/filler");
+    EXPECT_EQ(RunHandler(root, f.handler, "", path.c_str()), std::to_string(f.writeFailure) + "\n" + failed + '\0' + 'z')
+        << f.code;
     EXPECT_NE(root.ReadFile("/tmp/handler.err").value_or("").find(failed), std::string::npos) << f.code;
+    EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), f.code == std::string("ZZ") ? 1u : 2u) << f.code;
+    if (f.code != std::string("ZZ")) EXPECT_EQ(Hex(*root.ReadRecord(f.code)), Hex(Pattern(f.recordSize))) << f.code;
+    root.Unmount("/opt/kfp/etc/ZrConf");
     if (f.code == std::string("ZZ")) continue;
     // A record on a read-only mount: the error page, no signal, the file kept.
-    const std::string path = DeviceRoot::RecordPath(f.code);
     root.SetModule(f.code);
     root.WriteRecord(f.code, Pattern(f.recordSize));
     root.BindReadOnly(path);

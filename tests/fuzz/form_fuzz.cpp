@@ -14,16 +14,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   static char buffer[513];
   static const int kSizes[] = {128, 256, 512, 1};
-  for (const FormEntry* e = FormEntries(); e; e = e->next) {
+  for (const char* name = NextFormEntry(nullptr); name; name = NextFormEntry(name)) {
     for (int max : kSizes) {
-      const int r = FormLookup(e->name, buffer, max);
+      const int r = FormLookup(name, buffer, max);
       if (r != LookupOk && r != LookupTruncated && r != LookupEmpty) __builtin_trap();
       if (strlen(buffer) >= static_cast<size_t>(max)) __builtin_trap();
       (void)FormValueToInt(buffer);
       (void)DecimalToUInt32(buffer);
     }
   }
-  if (FormLookup("NoSuchKeyInAnyForm", buffer, 128) != LookupNotFound && !FormEntries()) __builtin_trap();
+  if (FormLookup("NoSuchKeyInAnyForm", buffer, 128) != LookupNotFound && !NextFormEntry(nullptr)) __builtin_trap();
   // The raw bytes as a value too, NUL-terminated.
   char value[600];
   const size_t n = size < sizeof value - 1 ? size : sizeof value - 1;

@@ -33,7 +33,7 @@ TEST_F(Form, DecodingAndSplitting) {
   FreeForm();
   Parse("x=1&noequals");  // the data ends before an "=": parsing stops, no entry
   int entries = 0;
-  for (const FormEntry* e = FormEntries(); e; e = e->next) ++entries;
+  for (const char* e = NextFormEntry(nullptr); e; e = NextFormEntry(e)) ++entries;
   EXPECT_EQ(entries, 1);
 
   FreeForm();
@@ -48,7 +48,7 @@ TEST_F(Form, FirstOccurrenceWinsAndOrderIsKept) {
   EXPECT_EQ(Lookup("k"), LookupOk);  // case-sensitive
   EXPECT_STREQ(buffer, "4");
   std::string names;
-  for (const FormEntry* e = FormEntries(); e; e = e->next) names += std::string(e->name) + e->value;
+  for (const char* e = NextFormEntry(nullptr); e; e = NextFormEntry(e)) names += std::string(e) + FormEntryValue(e);
   EXPECT_EQ(names, "K1L2K3k4");
 
   // Many entries, one of them far down the list and duplicated.

@@ -55,7 +55,7 @@ int main(int argc, char** argv) {
       handler(errorBuffer, recordPath);
       times.push_back(Now() - start);
       entries = 0;
-      for (const FormEntry* e = FormEntries(); e; e = e->next) ++entries;
+      for (const char* e = NextFormEntry(nullptr); e; e = NextFormEntry(e)) ++entries;
       FreeForm();
     }
     std::sort(times.begin(), times.end());

@@ -1,0 +1,141 @@
+// Overlapping saves keep every update, a reader never sees a short file,
+// and a save that fails or is killed leaves the old file whole.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <atomic>
+#include <thread>
+
+#include "tests/device/device_root.h"
+
+namespace device_test {
+namespace {
+
+// Polls a file's size while requests run; counts the times it was short.
+class SizeWatch {
+ public:
+  SizeWatch(const std::string& path, off_t size)
+      : thread_([this, path, size] {
+          for (struct stat st; !stop_; std::this_thread::yield())
+            if (stat(path.c_str(), &st) != 0 || st.st_size < size) ++shortReads_;
+        }) {}
+  int Stop() {
+    stop_ = true;
+    thread_.join();
+    return shortReads_;
+  }
+
+ private:
+  std::atomic<bool> stop_{false};
+  int shortReads_ = 0;
+  std::thread thread_;
+};
+
+std::vector<Request> Posts(const std::vector<std::string>& bodies) {
+  std::vector<Request> requests;
+  for (const std::string& body : bodies) requests.push_back({.body = body});
+  return requests;
+}
+
+struct Burst {
+  const char* module;
+  size_t size;
+  std::vector<std::pair<std::string, size_t>> keys;  // one-byte fields; keys repeat from the 32nd request on
+};
+
+TEST(Reliability, FiftyOverlappingSavesKeepEveryUpdate) {
+  const Burst bursts[] = {
+      {"0y", 128, {{"DayNightMode", 24}, {"TdnDwellTime", 25}, {"VOutSkipCount", 89}, {"SensUpLevel", 108}}},
+      {"0J", 108, {{"AwbMode", 14}, {"WbGainR", 15}, {"WbGainB", 16}, {"ExposureMode", 17}, {"SlowShutter", 18}}},
+  };
+  DeviceRoot& root = DeviceRoot::Get();
+  for (const Burst& b : bursts) {
+    root.Reset();
+    root.SetModule(b.module);
+    Bytes record(b.size, 0);
+    record[50] = record[66] = 0;  // the zoom module's one-shots idle
+    root.WriteRecord(b.module, record);
+    // Request i posts value i+1 to key i % keys; the last of each key's posts is at least keys apart.
+    std::vector<std::string> bodies;
+    for (size_t i = 0; i < 50; ++i) bodies.push_back(b.keys[i % b.keys.size()].first + "=" + std::to_string(i + 1));
+    SizeWatch watch(root.HostPath(DeviceRoot::RecordPath(b.module)), static_cast<off_t>(b.size));
+    const std::vector<Answer> answers = root.RunTogether("zrcamctlset.cgi", Posts(bodies));
+    EXPECT_EQ(watch.Stop(), 0) << b.module;
+    for (const Answer& a : answers) EXPECT_EQ(a.out, "") << b.module << a.err;
+    const Bytes after = *root.ReadRecord(b.module);
+    ASSERT_EQ(after.size(), b.size);
+    for (size_t k = 0; k < b.keys.size(); ++k) {
+      // Every post of the key was kept in turn: the value left is one of them.
+      const int v = after[b.keys[k].second];
+      EXPECT_TRUE(v > 0 && static_cast<size_t>(v - 1) % b.keys.size() == k) << b.module << " " << b.keys[k].first;
+      record[b.keys[k].second] = after[b.keys[k].second];
+    }
+    EXPECT_EQ(Hex(after), Hex(record)) << b.module;
+    EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), 1u);
+  }
+}
+
+TEST(Reliability, OverlappingFisheyeAndPresetLabelSaves) {
+  DeviceRoot& root = DeviceRoot::Get();
+  root.Reset();
+  const char* conf = "/opt/kfp/etc/fish_eye.conf";
+  const std::string keys[] = {"CENTER_X", "CENTER_Y", "OUTER_RADIUS", "INNER_RADIUS"};
+  root.WriteFile(conf, std::string("CENTER_X = 0\nCENTER_Y = 0\nOUTER_RADIUS = 0\nINNER_RADIUS = 0\n"));
+  const std::string forms[] = {"CenterX", "CenterY", "OuterRadius", "InnerRadius"};
+  std::vector<std::string> bodies;
+  for (int i = 0; i < 20; ++i) bodies.push_back(forms[i % 4] + "=" + std::to_string(100 + i));
+  SizeWatch watch(root.HostPath(conf), 60);
+  root.RunTogether("zrfisheyeset.cgi", Posts(bodies));
+  EXPECT_EQ(watch.Stop(), 0);
+  const std::string text = root.ReadFile(conf).value();
+  for (int k = 0; k < 4; ++k) {
+    bool one = false;
+    for (int i = k; i < 20; i += 4) one = one || text.find(keys[k] + " = " + std::to_string(100 + i) + "\n") != std::string::npos;
+    EXPECT_TRUE(one) << text;
+  }
+
+  // Two labels of the preset file at once: both kept, every other byte too.
+  root.SetModule("1C");
+  root.WriteRecord("1C", Bytes(1968, 0));
+  const std::string presets = "/opt/kfp/etc/ZrConf/PtzConf.bin";
+  Bytes expected = Pattern(262760, 0x3C);
+  root.WriteFile(presets, expected);
+  root.RunTogether("zrcamctlset.cgi", Posts({"PresetSetId=3&PresetSetLabel=Gate", "PresetSetId=7&PresetSetLabel=Yard"}));
+  for (const auto& [slot, label] : {std::pair{20 + 64 * 2, "Gate"}, {20 + 64 * 6, "Yard"}})
+    std::copy(label, label + 5, expected.begin() + slot);
+  EXPECT_TRUE(root.ReadFile(presets) == std::string(expected.begin(), expected.end()));
+}
+
+TEST(Reliability, KilledSavesAndLinksLeaveFilesWhole) {
+  DeviceRoot& root = DeviceRoot::Get();
+  root.Reset();
+  root.SetModule("3T");
+  const Bytes before = Pattern(28682);
+  for (int delay = 0; delay < 30000; delay += 1500) {
+    root.WriteRecord("3T", before);
+    root.RunKilledAfter("zrcamctlset.cgi", {.body = "PresetAllClear=1&PresetSetId=2"}, delay);
+    const Bytes after = *root.ReadRecord("3T");
+    EXPECT_EQ(after.size(), before.size()) << delay;
+    EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), 1u) << delay;
+  }
+  // A link at the record's path is replaced; what it pointed to is untouched.
+  root.Reset();
+  const Bytes target(108, 0);
+  root.WriteFile("/opt/kfp/etc/target", target);
+  ASSERT_EQ(symlink("../target", root.HostPath(DeviceRoot::RecordPath("0J")).c_str()), 0);
+  EXPECT_EQ(root.Post("zrcamctlset.cgi", "AwbMode=1").out, "");
+  Bytes expected = target;
+  expected[14] = 1;
+  EXPECT_EQ(Hex(*root.ReadRecord("0J")), Hex(expected));
+  EXPECT_TRUE(root.ReadFile("/opt/kfp/etc/target") == std::string(108, '\0'));
+  // A planted link at the product code's copy path is removed, not written through.
+  const int next = std::stoi(root.ReadFile("/proc/sys/kernel/ns_last_pid").value_or("0"));
+  for (int pid = next + 1; pid < next + 200; ++pid)
+    (void)!symlink("/opt/kfp/etc/target", root.HostPath("/tmp/qell_conf_" + std::to_string(pid) + ".txt").c_str());
+  root.Post("zrcamctlset.cgi", "AwbMode=2");
+  EXPECT_TRUE(root.ReadFile("/opt/kfp/etc/target") == std::string(108, '\0'));
+  EXPECT_EQ(root.ReadRecord("0J")->at(14), 2);
+}
+
+}  // namespace
+}  // namespace device_test
