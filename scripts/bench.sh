@@ -28,7 +28,7 @@ gcc -O2 -static -o "$work/floor" bench/floor.c
 # shows what the dynamic link alone costs.
 gcc -O2 -o "$work/floor-shared" bench/floor.c
 gcc -O2 -o "$work/alternate" bench/alternate.c
-sh tests/device/make_device_root.sh --module 0J --record-bytes 108 "$root" build/host/zrcamctl
+sh scripts/make_device_root.sh --module 0J --record-bytes 108 "$root" build/host/zrcamctl
 cp "$work/floor" "$work/floor-shared" "$root/"
 mkdir -p "$root/usr/libexec"
 # valgrind reads its own maps: a real /proc, with the driver's directory

@@ -68,7 +68,7 @@ trap 'exit 143' TERM
 
 programs=opt/sim/bin
 [ $raw = 1 ] && programs=web/cgi-bin
-sh tests/device/make_device_root.sh --module "$module" --programs "$programs" \
+sh scripts/make_device_root.sh --module "$module" --programs "$programs" \
   --record-bytes "$(record_bytes | sed -n "s/^$module //p")" "$root" "$exe" "$emulator" "$sysroot"
 mkdir -p "$root/tmp/sim" "$root/web/m" "$root/opt/sim"
 [ -e "$root/dev/zero" ] || mknod -m 666 "$root/dev/zero" c 1 5  # factory records of modules attached later

@@ -225,7 +225,6 @@ std::optional<std::string> DeviceRoot::ReadFile(const std::string& devicePath) c
   return Slurp(HostPath(devicePath));
 }
 
-void DeviceRoot::Remove(const std::string& devicePath) const { unlink(HostPath(devicePath).c_str()); }
 
 std::vector<std::string> DeviceRoot::List(const std::string& deviceDirectory) const {
   std::vector<std::string> names;
@@ -260,11 +259,7 @@ std::optional<Bytes> DeviceRoot::ReadRecord(const std::string& moduleCode) const
 
 void DeviceRoot::SetPidFile(const std::string& daemon, const std::string& content) const {
   const std::string path = "/var/run/" + daemon + ".pid";
-  if (content.empty()) {
-    Remove(path);
-  } else {
-    WriteFile(path, content);
-  }
+  content.empty() ? RemoveAll(path) : WriteFile(path, content);
 }
 
 int DeviceRoot::DaemonPid(const std::string& daemon) const {

@@ -51,7 +51,6 @@ class DeviceRoot {
   void WriteFile(const std::string& devicePath, const std::string& content) const;
   void WriteFile(const std::string& devicePath, const Bytes& content) const;
   std::optional<std::string> ReadFile(const std::string& devicePath) const;
-  void Remove(const std::string& devicePath) const;
   void RemoveAll(const std::string& devicePath) const;
   // Every directory on the way to devicePath (up to its last "/").
   void MakeDirs(const std::string& devicePath) const;

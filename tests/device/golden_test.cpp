@@ -226,7 +226,8 @@ void Apply(const DeviceRoot& root, const std::string& given) {
       continue;
     }
     flush();
-    rest.remove_prefix(6);  // "given "
+    if (line.rfind("given ", 0) != 0) continue;  // the request's own lines
+    rest.remove_prefix(6);
     path = std::string(rest.substr(0, rest.find(' ')));
     rest.remove_prefix(path.size() + 1);
     const std::string host = root.HostPath(path);
@@ -261,35 +262,30 @@ void Apply(const DeviceRoot& root, const std::string& given) {
 std::vector<Case> Parse(const std::string& file) {
   std::vector<Case> cases;
   std::ifstream in(file);
-  std::string line;
   bool expecting = false;
-  while (std::getline(in, line)) {
+  for (std::string line; std::getline(in, line);) {
     if (line.rfind("case ", 0) == 0) {
-      cases.push_back({line.substr(5), "", {}, "", ""});
-      cases.back().request.method = cases.back().request.contentType = "";
-      cases.back().request.contentLength = "";
+      cases.push_back({line.substr(5), "", {.method = "", .contentType = "", .contentLength = ""}, "", ""});
       expecting = false;
-    } else if (cases.empty() || line == "end") {
-    } else if (line == "expect") {
+      continue;
+    }
+    if (cases.empty() || line == "end") continue;
+    Case& c = cases.back();
+    if (expecting || line == "expect") {
+      if (expecting) c.expected += line + "\n";
       expecting = true;
-    } else if (expecting) {
-      cases.back().expected += line + "\n";
-    } else if (line.rfind("argv0 ", 0) == 0) {
-      cases.back().given += line + "\n";
-      cases.back().argv0 = line.substr(6);
+      continue;
+    }
+    c.given += line + "\n";
+    std::string_view rest(line);
+    rest.remove_prefix(std::min(rest.size(), rest.find(' ') + 1));
+    if (line.rfind("argv0 ", 0) == 0) {
+      c.argv0 = rest;
     } else if (line.rfind("env ", 0) == 0) {
-      cases.back().given += line + "\n";
-      std::string_view rest(line);
-      rest.remove_prefix(4);
       const std::string e = Unquote(rest);
-      cases.back().request.env.push_back({e.substr(0, e.find('=')), e.substr(e.find('=') + 1)});
+      c.request.env.push_back({e.substr(0, e.find('=')), e.substr(e.find('=') + 1)});
     } else if (line.rfind("stdin ", 0) == 0) {
-      cases.back().given += line + "\n";
-      std::string_view rest(line);
-      rest.remove_prefix(6);
-      cases.back().request.body = Unquote(rest);
-    } else {
-      cases.back().given += line + "\n";
+      c.request.body = Unquote(rest);
     }
   }
   return cases;
@@ -299,12 +295,7 @@ std::string Format(const Case& c) { return "case " + c.name + "\n" + c.given + "
 
 std::string Replay(DeviceRoot& root, const Case& c) {
   root.Reset();
-  // The given lines come after the request lines the case also holds.
-  std::string given;
-  std::istringstream lines(c.given);
-  for (std::string line; std::getline(lines, line);)
-    if (line.rfind("given ", 0) == 0 || line.rfind("  at ", 0) == 0) given += line + "\n";
-  Apply(root, given);
+  Apply(root, c.given);
   const Tree before = Snapshot(root);
   return Outcome(root, before, root.RunAs(c.argv0, c.request));
 }
@@ -349,5 +340,4 @@ INSTANTIATE_TEST_SUITE_P(Transcripts, Golden, ::testing::ValuesIn(GoldenFiles())
                          });
 
 }  // namespace
-
 }  // namespace device_test
