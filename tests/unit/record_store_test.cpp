@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "camctl/record_store.h"
+#include "frame/record_store.h"
 
 namespace {
 

@@ -1,0 +1,382 @@
+// The frame every settings family shares: read the record with the family's
+// read policy, merge the posted keys by the family's layout, write the record
+// back, and answer by the family's result rule. A family is one constant:
+// its record size, policies, layout (data the merge, the result rule and any
+// record inspector walk alike) and, in code, only the rules that are its own.
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "frame/record_view.h"
+
+inline constexpr int kValueBufferSize = 128;
+inline constexpr int kMaxValueBufferSize = 512;
+// The largest record of any family (the thermal PTZ positioner's).
+inline constexpr uint32_t kLargestRecord = 28682;
+
+// What a failed record read does.
+enum class ReadPolicy : uint8_t {
+  Continue,       // report, merge into the buffer as it stands, write
+  ContinueInCgi,  // the same, with the " in Cgi" report
+  Abort,          // report into the error buffer, return -1, write nothing
+  Retry,          // three reads 100 ms apart, then -2, write nothing
+};
+
+// What a failed record write returns; some families flush the file systems first.
+struct WriteFailure {
+  int8_t result;
+  bool syncFirst;
+};
+
+// ---- Form values --------------------------------------------------------
+
+// The handler's value buffer: every lookup overwrites it, and the value is
+// converted right after its own lookup.
+struct FormValue {
+  char* buffer;
+  int size;
+
+  // True only when the key was posted with a value that fits the buffer.
+  bool Lookup(const char* key) const;
+  // Looks up keyFormat with %d replaced by index.
+  bool LookupIndexed(const char* keyFormat, int index) const;
+  int32_t Int() const;
+  const char* Text() const { return buffer; }
+  bool Empty() const { return buffer[0] == '\0'; }
+};
+
+// ---- Layout rows ---------------------------------------------------------------
+
+enum class FieldType : uint8_t {
+  U8,          // unsigned byte
+  U16,         // little-endian halfword
+  U32,         // little-endian word (signed values as two's complement)
+  Text,        // at most size-1 characters and a NUL; the rest of the field kept
+  PaddedText,  // up to size characters, NUL-padded, no terminator when full
+  Checkbox,    // byte: 1 when its key is posted, 0 when it is not
+};
+
+// A family's transform of a converted value before it is stored.
+enum class ValueRule : uint8_t {
+  Stored,    // as converted
+  LowByte,   // only the low 8 bits, whatever the field's width
+  Reversed,  // the row's constant minus the posted value
+  Unsigned,  // converted as an unsigned decimal (no sign, no base prefix)
+  AtLeastOne,  // 0 or negative becomes 1
+};
+
+// A one-shot command byte at rest; a wider command is at rest when each of
+// its bytes is.
+inline constexpr uint32_t kIdle = 255;
+
+// What a stored value tells the result rule: is a command still pending?
+enum class Pending : uint8_t {
+  Never,
+  UntilIdle,  // a one-shot command, idle when every bit is set (255 for a byte)
+  UntilZero,  // a request flag, idle at 0
+  Below,      // an object id: pending while below the row's limit
+};
+
+// How a row is stored and read back, packed in one byte.
+struct Trait {
+  ValueRule rule;
+  Pending pending;
+  uint8_t arg;  // Reversed: the constant; Below: limit - 1
+};
+inline constexpr Trait kPlain = {ValueRule::Stored, Pending::Never, 0};
+inline constexpr Trait kLowByte = {ValueRule::LowByte, Pending::Never, 0};
+inline constexpr Trait kUnsigned = {ValueRule::Unsigned, Pending::Never, 0};
+inline constexpr Trait kAtLeastOne = {ValueRule::AtLeastOne, Pending::Never, 0};
+inline constexpr Trait kCommand = {ValueRule::Stored, Pending::UntilIdle, 0};
+inline constexpr Trait kRequestFlag = {ValueRule::Stored, Pending::UntilZero, 0};
+consteval Trait Reversed(uint32_t constant) {
+  return {ValueRule::Reversed, Pending::Never, static_cast<uint8_t>(constant)};
+}
+// An object id that asks the camera to act while below limit (1 to 256).
+consteval Trait IdBelow(uint32_t limit) {
+  return {ValueRule::Stored, Pending::Below, static_cast<uint8_t>(limit - 1)};
+}
+
+// A posted key stored at a fixed offset of the record. Eight bytes on the
+// target: the key, a 16-bit offset, the type and trait packed, and one
+// argument (a text's size, a rule's constant, a limit).
+struct Field {
+  const char* key;
+  uint16_t offset;
+  uint8_t form;  // FieldType | ValueRule << 3 | Pending << 6
+  uint8_t arg;
+
+  constexpr FieldType Type() const { return static_cast<FieldType>(form & 7); }
+  constexpr ValueRule Rule() const { return static_cast<ValueRule>((form >> 3) & 7); }
+  constexpr Pending PendingWhile() const { return static_cast<Pending>(form >> 6); }
+  constexpr uint32_t Width() const;
+};
+
+constexpr uint8_t PackForm(FieldType type, Trait trait) {
+  return static_cast<uint8_t>(static_cast<uint8_t>(type) | static_cast<uint8_t>(trait.rule) << 3 |
+                              static_cast<uint8_t>(trait.pending) << 6);
+}
+constexpr uint32_t WidthOf(FieldType type, uint32_t textSize) {
+  switch (type) {
+    case FieldType::U16: return 2;
+    case FieldType::U32: return 4;
+    case FieldType::Text:
+    case FieldType::PaddedText: return textSize;
+    default: return 1;
+  }
+}
+constexpr uint32_t Field::Width() const { return WidthOf(Type(), arg); }
+
+constexpr Field U8(const char* key, uint32_t offset, Trait trait = kPlain) {
+  return {key, static_cast<uint16_t>(offset), PackForm(FieldType::U8, trait), trait.arg};
+}
+constexpr Field U16(const char* key, uint32_t offset, Trait trait = kPlain) {
+  return {key, static_cast<uint16_t>(offset), PackForm(FieldType::U16, trait), trait.arg};
+}
+constexpr Field U32(const char* key, uint32_t offset, Trait trait = kPlain) {
+  return {key, static_cast<uint16_t>(offset), PackForm(FieldType::U32, trait), trait.arg};
+}
+constexpr Field Text(const char* key, uint32_t offset, uint32_t size) {
+  return {key, static_cast<uint16_t>(offset), PackForm(FieldType::Text, kPlain), static_cast<uint8_t>(size)};
+}
+constexpr Field PaddedText(const char* key, uint32_t offset, uint32_t size) {
+  return {key, static_cast<uint16_t>(offset), PackForm(FieldType::PaddedText, kPlain), static_cast<uint8_t>(size)};
+}
+
+// Indexed keys: "<name>%d" for index = first .. first+count-1, element i at
+// offset + i * stride.
+struct IndexedField {
+  const char* keyFormat;
+  uint16_t offset;
+  uint8_t form;  // as Field::form
+  uint8_t arg;
+  uint8_t first;
+  uint8_t count;
+  uint8_t stride;
+
+  constexpr FieldType Type() const { return static_cast<FieldType>(form & 7); }
+  constexpr Field Element(int index) const {
+    return {nullptr, static_cast<uint16_t>(offset + index * stride), form, arg};
+  }
+};
+
+consteval IndexedField Indexed(const char* keyFormat, int first, int count, uint32_t offset, uint32_t stride,
+                               FieldType type, Trait trait = kPlain) {
+  return {keyFormat,
+          static_cast<uint16_t>(offset),
+          PackForm(type, trait),
+          trait.arg,
+          static_cast<uint8_t>(first),
+          static_cast<uint8_t>(count),
+          static_cast<uint8_t>(stride)};
+}
+
+// ---- Layout blocks -----------------------------------------------------------
+
+// A family's own step, for what no block can say.
+using OwnRule = void (*)(const FormValue& form, const RecordView& record);
+
+enum class Op : uint8_t {
+  Fields,        // every row, in table order
+  Steps,         // parallel arrays, element by element: every array's key for an index, then the next index
+  Gate,          // the set-id row; the next `count` blocks only while its stored value is below `limit`
+  ClearedText,   // a text row; an absent or empty value clears the whole field
+  KeyValueLock,  // the "KeyValue" row; while its byte is not 0 nothing after it is merged
+  OneShot,       // a one-shot command row; a request without it leaves the command idle
+  Own,           // the family's own rule
+};
+
+struct Block {
+  Op op;
+  uint8_t count;
+  uint16_t limit;
+  const Field* fields;
+  const IndexedField* arrays;
+  OwnRule own;
+};
+
+template <size_t N>
+consteval Block Fields(const Field (&rows)[N]) {
+  return {Op::Fields, static_cast<uint8_t>(N), 0, rows, nullptr, nullptr};
+}
+consteval Block Fields(const Field& row) { return {Op::Fields, 1, 0, &row, nullptr, nullptr}; }
+template <size_t N>
+consteval Block Steps(const IndexedField (&arrays)[N]) {
+  return {Op::Steps, static_cast<uint8_t>(N), 0, nullptr, arrays, nullptr};
+}
+consteval Block Steps(const IndexedField& array) { return {Op::Steps, 1, 0, nullptr, &array, nullptr}; }
+// The set id is stored when posted (a byte keeps its low 8 bits); the
+// following `blocks` blocks are merged only while it is below limit.
+consteval Block Gate(const Field& setId, uint32_t limit, int blocks) {
+  return {Op::Gate, static_cast<uint8_t>(blocks), static_cast<uint16_t>(limit), &setId, nullptr, nullptr};
+}
+consteval Block ClearedText(const Field& text) { return {Op::ClearedText, 1, 0, &text, nullptr, nullptr}; }
+consteval Block KeyValueLock(const Field& keyValue) { return {Op::KeyValueLock, 1, 0, &keyValue, nullptr, nullptr}; }
+consteval Block OneShot(const Field& command) { return {Op::OneShot, 1, 0, &command, nullptr, nullptr}; }
+consteval Block Own(OwnRule rule) { return {Op::Own, 0, 0, nullptr, nullptr, rule}; }
+
+// ---- Compile-time layout checks ---------------------------------------------
+
+// Called only when a layout is wrong: a call in a constant expression does
+// not build, and the compiler names the function.
+void LayoutErrorFieldOutsideRecord();
+void LayoutErrorTableNotInOffsetOrder();
+void LayoutErrorFieldsOverlap();
+void LayoutErrorGateRunsPastLayout();
+void LayoutErrorRecordTooLarge();
+
+struct Span {
+  uint32_t begin;
+  uint32_t end;
+};
+
+// Every byte range a block's rows occupy (arrays element by element).
+template <typename Visit>
+constexpr void ForEachSpan(const Block& block, Visit visit) {
+  if (block.op == Op::Steps) {
+    for (int a = 0; a < block.count; ++a) {
+      const IndexedField& array = block.arrays[a];
+      for (int i = 0; i < array.count; ++i) {
+        const Field element = array.Element(i);
+        visit(Span{element.offset, element.offset + element.Width()});
+      }
+    }
+  } else if (block.op != Op::Own) {
+    const int rows = block.op == Op::Fields ? block.count : 1;
+    for (int r = 0; r < rows; ++r) visit(Span{block.fields[r].offset, block.fields[r].offset + block.fields[r].Width()});
+  }
+}
+
+// Inside the record; rows of a table and arrays of a step block in offset
+// order; no two byte ranges of the family overlapping unless `overlaps`
+// declares them (pairs of offsets).
+consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSize, const uint16_t* overlaps,
+                           size_t overlapCount) {
+  if (recordSize > kLargestRecord) LayoutErrorRecordTooLarge();
+  for (size_t b = 0; b < count; ++b) {
+    const Block& block = blocks[b];
+    if (block.op == Op::Gate && b + block.count >= count) LayoutErrorGateRunsPastLayout();
+    ForEachSpan(block, [&](Span s) {
+      if (s.end > recordSize || s.begin >= s.end) LayoutErrorFieldOutsideRecord();
+    });
+    if (block.op == Op::Fields)
+      for (int r = 1; r < block.count; ++r)
+        if (block.fields[r].offset <= block.fields[r - 1].offset) LayoutErrorTableNotInOffsetOrder();
+    if (block.op == Op::Steps)
+      for (int a = 1; a < block.count; ++a)
+        if (block.arrays[a].offset <= block.arrays[a - 1].offset) LayoutErrorTableNotInOffsetOrder();
+  }
+  int first = 0;
+  for (size_t b = 0; b < count; ++b) {
+    ForEachSpan(blocks[b], [&](Span s) {
+      int index = 0;
+      ++first;  // the ranges after this one, counted from the start, are checked against it
+      for (size_t c = 0; c < count; ++c) {
+        ForEachSpan(blocks[c], [&](Span t) {
+          if (index++ < first || !(s.begin < t.end && t.begin < s.end)) return;
+          for (size_t o = 0; o + 1 < overlapCount; o += 2)
+            if ((overlaps[o] == s.begin && overlaps[o + 1] == t.begin) ||
+                (overlaps[o] == t.begin && overlaps[o + 1] == s.begin))
+              return;
+          LayoutErrorFieldsOverlap();
+        });
+      }
+    });
+  }
+  return true;
+}
+
+// A family's layout: only CheckedLayout makes one, so every layout that
+// builds has been checked against its record.
+class Layout {
+ public:
+  const Block* blocks;
+  uint8_t count;
+
+  // Blocks first .. first+n-1, for a family that runs its own frame in parts.
+  constexpr Layout Part(uint8_t first, uint8_t n) const { return Layout(blocks + first, n); }
+
+  template <uint32_t RecordSize, size_t N, size_t M>
+  friend consteval Layout CheckedLayout(const Block (&blocks)[N], const uint16_t (&overlaps)[M]);
+  template <uint32_t RecordSize, size_t N>
+  friend consteval Layout CheckedLayout(const Block (&blocks)[N]);
+
+ private:
+  constexpr Layout(const Block* b, uint8_t n) : blocks(b), count(n) {}
+};
+
+template <uint32_t RecordSize, size_t N, size_t M>
+consteval Layout CheckedLayout(const Block (&blocks)[N], const uint16_t (&overlaps)[M]) {
+  CheckLayout(blocks, N, RecordSize, overlaps, M);
+  return Layout(blocks, static_cast<uint8_t>(N));
+}
+template <uint32_t RecordSize, size_t N>
+consteval Layout CheckedLayout(const Block (&blocks)[N]) {
+  CheckLayout(blocks, N, RecordSize, nullptr, 0);
+  return Layout(blocks, static_cast<uint8_t>(N));
+}
+
+// ---- Result rules -------------------------------------------------------------
+
+enum class Answer : uint8_t {
+  ReturnPage,              // always 1
+  Bare,                    // always 0: the bare 204 answer
+  UnlessPending,           // 0 while a row of the layout holds a pending command, else 1
+  UnlessPendingIfModule,   // the same on modules whose row asks for it, else 1
+  Own,                     // the family's own rule
+};
+struct ResultRule {
+  Answer answer;
+  int (*own)(const RecordView& record);
+};
+inline constexpr ResultRule kReturnPage = {Answer::ReturnPage, nullptr};
+inline constexpr ResultRule kBareAnswer = {Answer::Bare, nullptr};
+inline constexpr ResultRule kUnlessPending = {Answer::UnlessPending, nullptr};
+inline constexpr ResultRule kUnlessPendingIfModule = {Answer::UnlessPendingIfModule, nullptr};
+constexpr ResultRule OwnResult(int (*rule)(const RecordView&)) { return {Answer::Own, rule}; }
+
+// ---- The family ------------------------------------------------------------------
+
+struct SettingsFamily;
+// A family that handles more than one file runs its own frame.
+using OwnFrame = int (*)(const SettingsFamily& family, char* errorBuffer, const char* recordPath);
+
+struct SettingsFamily {
+  uint16_t recordSize;
+  ReadPolicy readPolicy;
+  WriteFailure writeFailure;
+  Layout layout;
+  ResultRule result = kReturnPage;
+  uint16_t valueBufferSize = kValueBufferSize;
+  OwnFrame ownFrame = nullptr;
+};
+
+// What a module's table row adds to its family.
+enum ModuleOption : uint8_t {
+  kNoOption = 0,
+  kAnswersPending = 1,  // UnlessPendingIfModule applies to this module
+};
+
+// ---- The frame ------------------------------------------------------------------
+
+// The steps of the frame; the record buffer lives on the stack.
+int RunSettingsFrame(const SettingsFamily& family, uint8_t moduleOption, char* errorBuffer, const char* recordPath);
+
+// The steps, for families that run their own frame.
+// ReadRecord: 0 to go on merging, or the handler's result when it must stop.
+// WriteRecord: 0 when stored, or the family's write-failure result.
+int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, char* errorBuffer);
+int WriteRecord(WriteFailure failure, const RecordView& record, const char* path, char* errorBuffer);
+void MergeLayout(const FormValue& form, const RecordView& record, const Layout& layout);
+bool LayoutPending(const RecordView& record, const Layout& layout);
+
+// Plain field: when the key is posted, its value (after the row's rule) is
+// stored with the row's width. True when it was posted.
+bool MergeField(const FormValue& form, const RecordView& record, const Field& field);
+// Stores a value with a row's width and rule, as a posted value would be.
+void StoreField(const RecordView& record, const Field& field, int32_t value);
+// The value a byte or halfword row holds.
+uint32_t StoredValue(const RecordView& record, const Field& field);
+// True while the row holds a pending command (by its trait).
+bool FieldPending(const RecordView& record, const Field& field);
