@@ -1,4 +1,4 @@
-// Simple colour cameras (modules 0N, 0n, 0P, 0p): 10-byte record of five
+// Simple colour cameras: 10-byte record of five
 // halfwords, continue read.
 #include "frame/settings_frame.h"
 #include "families/families.h"

@@ -1,5 +1,5 @@
-// Day/night camera module 3A: 140-byte record of mostly 32-bit words,
-// continue read, the AgcGain clamp, and a block of exposure-weighting,
+// Day/night camera modules with exposure weighting: 140-byte record of
+// mostly 32-bit words, continue read, the AgcGain clamp, and a block of exposure-weighting,
 // noise-filter, lens-correction and dynamic-range bytes at the end.
 #include "families/day_night_ir_layout.h"
 #include "frame/settings_frame.h"

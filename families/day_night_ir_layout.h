@@ -1,5 +1,6 @@
 // The 128-byte record of the day/night IR cameras, mostly 32-bit words.
-// Module 3A keeps the same block at the start of its longer record.
+// The day/night family with exposure weighting keeps the same block at the
+// start of its longer record.
 #pragma once
 
 #include "frame/settings_frame.h"

@@ -1,4 +1,4 @@
-// Infrared-switching cameras (modules 7A, 7B): 116-byte record of 32-bit
+// Infrared-switching cameras: 116-byte record of 32-bit
 // words, continue read; a failed write flushes the file systems and
 // returns -1.
 #include "frame/settings_frame.h"

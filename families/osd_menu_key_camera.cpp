@@ -1,4 +1,4 @@
-// Cameras driven through their own OSD menu (modules 1m, 3C, 3c): 69-byte
+// Cameras driven through their own OSD menu: 69-byte
 // record of single bytes, continue read; a pressed menu key keeps the
 // browser on its page.
 #include "frame/settings_frame.h"

@@ -1,7 +1,7 @@
-// PTZ camera module 1D: 328-byte record of bytes, 256-byte form values,
-// continue read. Scans, privacy masks, patterns and tours are edited one
-// set at a time behind their set numbers; a pending action or zero-point
-// command keeps the browser on its page.
+// PTZ camera modules with zero-point calibration: 328-byte record of bytes,
+// 256-byte form values, continue read. Scans, privacy masks, patterns and
+// tours are edited one set at a time behind their set numbers; a pending
+// action or zero-point command keeps the browser on its page.
 #include "frame/settings_frame.h"
 #include "families/families.h"
 

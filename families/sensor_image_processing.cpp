@@ -1,4 +1,4 @@
-// Image sensors with their own processing (modules 5A..5T): 296-byte record
+// Image sensors with their own processing: 296-byte record
 // of 32-bit words, continue read; a failed write flushes the file systems
 // and returns -1.
 #include "frame/settings_frame.h"

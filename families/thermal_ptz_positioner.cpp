@@ -81,7 +81,7 @@ constexpr Field kPositionAndAlarmFields[] = {
 };
 
 // Presets: 544 on: names, 32 bytes per preset id.
-constexpr NameTable kPresetNames = {"PresetName", 544, 32, 16, 25888, FieldType::U16, 0xFFFF};
+constexpr NameTable kPresetNames = {"PresetName", 544, 32, 16, 25888, FieldType::U16, kIdle << 8 | kIdle};
 constexpr Field kPresetSetId = U16("PresetSetId", 25888);  // 65535: no preset edited
 constexpr Field kPresetEnable = U8("PresetEnable", 25890);
 constexpr Field kPresetFields[] = {
@@ -106,10 +106,10 @@ constexpr Field kPresetRunFields[] = {
     U8("PresetRunSetId", 25957),
 };
 // 25958 on: run strings, 128 bytes per preset run id.
-constexpr NameTable kPresetRunStrings = {"PresetRunStr", 25958, 128, 128, 25957, FieldType::U8, 0xFF};
+constexpr NameTable kPresetRunStrings = {"PresetRunStr", 25958, 128, 128, 25957, FieldType::U8, kIdle};
 
 // Scans: 26502 on: names, 32 bytes per scan id.
-constexpr NameTable kScanNames = {"ScanSetName", 26502, 32, 16, 26766, FieldType::U8, 0xFF};
+constexpr NameTable kScanNames = {"ScanSetName", 26502, 32, 16, 26766, FieldType::U8, kIdle};
 constexpr Field kScanSetFields[] = {
     U8("ScanSetId", 26766),
     U8("ScanStartId", 26767, kCommand),
@@ -138,7 +138,7 @@ constexpr Field kPatternFields[] = {
 };
 
 // Tours: 26808 on: names, 32 bytes per tour id.
-constexpr NameTable kTourNames = {"TourSetName", 26808, 32, 16, 27464, FieldType::U8, 0xFF};
+constexpr NameTable kTourNames = {"TourSetName", 26808, 32, 16, 27464, FieldType::U8, kIdle};
 constexpr Field kTourSetFields[] = {
     U8("TourSetId", 27464),
     U8("TourSetEnble", 27465),
@@ -156,7 +156,7 @@ constexpr Field kTourRunFields[] = {
 };
 
 // Groups: 27526 on: names, 32 bytes per group id.
-constexpr NameTable kGroupNames = {"GroupSetName", 27526, 32, 16, 28550, FieldType::U8, 0xFF};
+constexpr NameTable kGroupNames = {"GroupSetName", 27526, 32, 16, 28550, FieldType::U8, kIdle};
 constexpr Field kGroupSetFields[] = {
     U8("GroupSetId", 28550),
     U8("GroupSetEnble", 28551),

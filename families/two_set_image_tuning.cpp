@@ -1,4 +1,4 @@
-// Image-signal-processor tuning module 1d: 153-byte record of single bytes,
+// Image-signal-processor tuning modules: 153-byte record of single bytes,
 // continue read. Two parallel 64-byte parameter sets, told apart by their
 // key prefix, are followed by 25 single parameters. The keys of a set are
 // built from its prefix, the parameter and, for a curve, the curve point.

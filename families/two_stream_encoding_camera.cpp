@@ -1,4 +1,4 @@
-// Two-stream encoding camera module 3Z: 252-byte record, continue read,
+// Two-stream encoding camera modules: 252-byte record, continue read,
 // encoder and OSD settings per stream with a 20-byte OSD text each.
 #include "frame/settings_frame.h"
 #include "families/families.h"
