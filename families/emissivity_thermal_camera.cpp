@@ -60,9 +60,9 @@ constexpr IndexedField kBoxEdges[] = {
 };
 
 constexpr Field kEmissivityMode = U8("EmissivityMode", 148);
-// 149..160: one emissivity per mode 0..11
-constexpr uint32_t kEmissivityTable = 149;
-constexpr uint32_t kEmissivityModes = 12;
+// "EmissivityData" goes to the slot of the mode as it stands after this
+// request, one per mode 0..11; a mode with no slot stores nothing.
+constexpr IndexedField kEmissivityTable = SlotTable("EmissivityData", 149, 12, 1, FieldType::U8);
 
 constexpr Field kTailFields[] = {
     U8("TempOsd", 161),
@@ -87,16 +87,10 @@ constexpr Field kTailFields[] = {
     // 181: not set here
 };
 
-// "EmissivityData" goes to the slot of the mode as it stands after this
-// request; a mode with no table slot stores nothing.
-void MergeEmissivityData(const FormValue& form, const RecordView& record) {
-  const uint32_t mode = record.GetU8(kEmissivityMode.offset);
-  if (mode < kEmissivityModes) MergeField(form, record, U8("EmissivityData", kEmissivityTable + mode));
-}
 
 
 constexpr Block kLayout[] = {
-    Fields(kFields), Steps(kBoxEdges), Fields(kEmissivityMode), Own(MergeEmissivityData), Fields(kTailFields),
+    Fields(kFields), Steps(kBoxEdges), Fields(kEmissivityMode), Slot(kEmissivityTable, kEmissivityMode), Fields(kTailFields),
 };
 
 }  // namespace

@@ -8,10 +8,10 @@
 namespace {
 
 // 0..255: not set here
-// 256..4607: 256 preset names of 17 bytes, slot n at 256 + 17 * n
-constexpr uint32_t kPresetNames = 256;
-constexpr uint32_t kPresetNameSize = 17;
-constexpr uint32_t kPresetNameSlots = 256;
+// 256..4607: 256 preset names of 17 bytes, slot n at 256 + 17 * n. The name
+// goes to the slot of the preset id as it stands now; an id without a slot
+// takes no name.
+constexpr IndexedField kPresetNames = SlotTable("PresetName", 256, 256, 17, FieldType::Text, 17);
 
 constexpr Field kPresetRunId = U16("PresetRunId", 4608, kCommand);
 constexpr Field kPresetSetId = U16("PresetSetId", 4610);
@@ -134,21 +134,13 @@ constexpr Field kDisplayKeys[] = {
     // 5561: not set here
 };
 
-// The name goes to the slot of the preset id as it stands now; an id
-// without a slot takes no name.
-void MergePresetName(const FormValue& form, const RecordView& record) {
-  const uint32_t preset = record.GetU16(kPresetSetId.offset);
-  if (preset < kPresetNameSlots)
-    MergeField(form, record, Text("PresetName", kPresetNames + kPresetNameSize * preset, kPresetNameSize));
-}
-
 // The return page only while no command is pending and the OSD display
 // byte is idle.
 constexpr Block kLayout[] = {
     Fields(kPresetRunId),
     Fields(kPresetSetId),
     Fields(kPresetMode),
-    Own(MergePresetName),
+    Slot(kPresetNames, kPresetSetId),
     Fields(kPresetAllClear),
     Fields(kTourKeys),
     Steps(kTourSteps),

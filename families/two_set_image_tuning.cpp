@@ -1,45 +1,85 @@
 // Image-signal-processor tuning modules: 153-byte record of single bytes,
 // continue read. Two parallel 64-byte parameter sets, told apart by their
 // key prefix, are followed by 25 single parameters. The keys of a set are
-// built from its prefix, the parameter and, for a curve, the curve point.
-#include <stdio.h>
-
+// its prefix and the parameter (for a curve, the curve and the point).
 #include "frame/settings_frame.h"
 #include "families/families.h"
 
 namespace {
 
-constexpr uint32_t kSetSize = 64;
-
-// The day ("W_") set is looked up first but lies second in the file; the
-// daemon reads the night ("N_") set first.
-struct ParameterSet {
-  const char* prefix;
-  uint32_t offset;
+// The two sets, keys "<prefix><parameter>", then the parameters from the
+// set's first byte. The daemon reads the night ("N_") set first.
+constexpr Field kSets[] = {
+    Prefix("N_", 0),
+    Prefix("W_", 64),
+    // bytes 0..7 of a set
+    U8("TargetLp", 0),
+    U8("TargetSp", 1),
+    U8("ColorSatMag", 2),
+    U8("ColorSatRed", 3),
+    U8("ColorSatYel", 4),
+    U8("ColorSatGre", 5),
+    U8("ColorSatCya", 6),
+    U8("ColorSatBlu", 7),
+    // bytes 8..63: eight curves of seven points each
+    U8("BrightnessValue", 8),
+    U8("BrightnessBrightStart", 9),
+    U8("BrightnessBrightEnd", 10),
+    U8("BrightnessDarkStart", 11),
+    U8("BrightnessDarkEnd", 12),
+    U8("BrightnessBrightValue", 13),
+    U8("BrightnessDarkValue", 14),
+    U8("ContrastValue", 15),
+    U8("ContrastBrightStart", 16),
+    U8("ContrastBrightEnd", 17),
+    U8("ContrastDarkStart", 18),
+    U8("ContrastDarkEnd", 19),
+    U8("ContrastBrightValue", 20),
+    U8("ContrastDarkValue", 21),
+    U8("SharpnessValue", 22),
+    U8("SharpnessBrightStart", 23),
+    U8("SharpnessBrightEnd", 24),
+    U8("SharpnessDarkStart", 25),
+    U8("SharpnessDarkEnd", 26),
+    U8("SharpnessBrightValue", 27),
+    U8("SharpnessDarkValue", 28),
+    U8("DnrValue", 29),
+    U8("DnrBrightStart", 30),
+    U8("DnrBrightEnd", 31),
+    U8("DnrDarkStart", 32),
+    U8("DnrDarkEnd", 33),
+    U8("DnrBrightValue", 34),
+    U8("DnrDarkValue", 35),
+    U8("ColorGainCbValue", 36),
+    U8("ColorGainCbBrightStart", 37),
+    U8("ColorGainCbBrightEnd", 38),
+    U8("ColorGainCbDarkStart", 39),
+    U8("ColorGainCbDarkEnd", 40),
+    U8("ColorGainCbBrightValue", 41),
+    U8("ColorGainCbDarkValue", 42),
+    U8("ColorGainCrValue", 43),
+    U8("ColorGainCrBrightStart", 44),
+    U8("ColorGainCrBrightEnd", 45),
+    U8("ColorGainCrDarkStart", 46),
+    U8("ColorGainCrDarkEnd", 47),
+    U8("ColorGainCrBrightValue", 48),
+    U8("ColorGainCrDarkValue", 49),
+    U8("GainNegValue", 50),
+    U8("GainNegBrightStart", 51),
+    U8("GainNegBrightEnd", 52),
+    U8("GainNegDarkStart", 53),
+    U8("GainNegDarkEnd", 54),
+    U8("GainNegBrightValue", 55),
+    U8("GainNegDarkValue", 56),
+    U8("GainPosValue", 57),
+    U8("GainPosBrightStart", 58),
+    U8("GainPosBrightEnd", 59),
+    U8("GainPosDarkStart", 60),
+    U8("GainPosDarkEnd", 61),
+    U8("GainPosBrightValue", 62),
+    U8("GainPosDarkValue", 63),
 };
-constexpr ParameterSet kSets[] = {
-    {"W_", 64},
-    {"N_", 0},
-};
-
-// Bytes 0..7 of a set.
-constexpr const char* kSetScalars[] = {
-    "TargetLp", "TargetSp", "ColorSatMag", "ColorSatRed",
-    "ColorSatYel", "ColorSatGre", "ColorSatCya", "ColorSatBlu",
-};
-
-// Bytes 8..63 of a set: eight curves of seven points each.
-constexpr const char* kCurves[] = {
-    "Brightness", "Contrast", "Sharpness", "Dnr", "ColorGainCb", "ColorGainCr", "GainNeg", "GainPos",
-};
-constexpr const char* kCurvePoints[] = {
-    "Value", "BrightStart", "BrightEnd", "DarkStart", "DarkEnd", "BrightValue", "DarkValue",
-};
-constexpr uint32_t kCurvesOffset = 8;
-constexpr uint32_t kCurveSize = sizeof kCurvePoints / sizeof kCurvePoints[0];
-
-static_assert(sizeof kSetScalars / sizeof kSetScalars[0] == kCurvesOffset);
-static_assert(kCurvesOffset + (sizeof kCurves / sizeof kCurves[0]) * kCurveSize == kSetSize);
+constexpr int kSetCount = 2;
 
 // Bytes 128..152, after the two sets.
 constexpr Field kSingles[] = {
@@ -70,30 +110,7 @@ constexpr Field kSingles[] = {
     U8("ModeShutterSpeed", 152),
 };
 
-// Longest key: prefix, "ColorGainCb", "BrightValue".
-constexpr size_t kKeySize = 40;
-
-void MergeSetByte(const FormValue& form, const RecordView& record, uint32_t offset, const char* prefix,
-                  const char* name, const char* point) {
-  char key[kKeySize];
-  snprintf(key, sizeof key, "%s%s%s", prefix, name, point);
-  MergeField(form, record, U8(key, offset));
-}
-
-// The two sets, keys built from their names.
-void MergeSets(const FormValue& form, const RecordView& record) {
-  for (const ParameterSet& set : kSets) {
-    uint32_t offset = set.offset;
-    for (const char* name : kSetScalars) MergeSetByte(form, record, offset++, set.prefix, name, "");
-    for (const char* curve : kCurves) {
-      for (const char* point : kCurvePoints) MergeSetByte(form, record, offset++, set.prefix, curve, point);
-    }
-  }
-}
-
-static_assert(2 * kSetSize + sizeof kSingles / sizeof kSingles[0] == 153);
-
-constexpr Block kLayout[] = {Own(MergeSets), Fields(kSingles)};
+constexpr Block kLayout[] = {Product(kSets, kSetCount), Fields(kSingles)};
 
 }  // namespace
 

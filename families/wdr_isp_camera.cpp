@@ -2,8 +2,6 @@
 // key order, continue read. The nine processing stages share one set of
 // seven parameters, so their keys are built from the stage and parameter
 // names rather than listed.
-#include <stdio.h>
-
 #include "frame/settings_frame.h"
 #include "families/families.h"
 
@@ -21,12 +19,27 @@ constexpr Field kExposure[] = {
     U8("AgcMaxGainSp", 7),
 };
 
-// 8..70: nine stages of seven bytes, key = stage name + parameter name.
-constexpr uint32_t kFirstStage = 8;
-constexpr const char* kStages[] = {"WdrLevel", "Nlc", "Plc", "Dpc", "Nr", "Shap", "Contrast", "Bright", "Color"};
-constexpr const char* kStageParameters[] = {"Mode", "Ref", "Start", "End", "Sv", "Ev", "Init"};
-constexpr uint32_t kStageSize = sizeof kStageParameters / sizeof kStageParameters[0];
-constexpr uint32_t kStageCount = sizeof kStages / sizeof kStages[0];
+// 8..70: nine stages of seven bytes, key = stage name + parameter name:
+// the stages, then their parameters from the stage's first byte.
+constexpr Field kStages[] = {
+    Prefix("WdrLevel", 8),
+    Prefix("Nlc", 15),
+    Prefix("Plc", 22),
+    Prefix("Dpc", 29),
+    Prefix("Nr", 36),
+    Prefix("Shap", 43),
+    Prefix("Contrast", 50),
+    Prefix("Bright", 57),
+    Prefix("Color", 64),
+    U8("Mode", 0),
+    U8("Ref", 1),
+    U8("Start", 2),
+    U8("End", 3),
+    U8("Sv", 4),
+    U8("Ev", 5),
+    U8("Init", 6),
+};
+constexpr int kStageCount = 9;
 
 // Per-colour saturation and hue, then the output settings.
 constexpr Field kColourAndOutput[] = {
@@ -53,23 +66,8 @@ constexpr Field kColourAndOutput[] = {
 };
 
 constexpr uint32_t kRecordSize = 91;
-static_assert(kExposure[7].offset + 1 == kFirstStage);
-static_assert(kFirstStage + kStageCount * kStageSize == kColourAndOutput[0].offset);
-static_assert(kColourAndOutput[19].offset + 1 == kRecordSize);
 
-// The stages, keys built from their names.
-void MergeStages(const FormValue& form, const RecordView& record) {
-  uint32_t offset = kFirstStage;
-  for (const char* stage : kStages) {
-    for (const char* parameter : kStageParameters) {
-      char key[32];
-      snprintf(key, sizeof key, "%s%s", stage, parameter);
-      MergeField(form, record, U8(key, offset++));
-    }
-  }
-}
-
-constexpr Block kLayout[] = {Fields(kExposure), Own(MergeStages), Fields(kColourAndOutput)};
+constexpr Block kLayout[] = {Fields(kExposure), Product(kStages, kStageCount), Fields(kColourAndOutput)};
 
 }  // namespace
 

@@ -91,6 +91,7 @@ uint32_t StoredValue(const RecordView& record, const Field& field) {
 }
 
 bool FieldPending(const RecordView& record, const Field& field) {
+  if (field.PendingWhile() == Pending::Never) return false;
   const uint32_t value = StoredValue(record, field);
   switch (field.PendingWhile()) {
     case Pending::Never: return false;
@@ -142,6 +143,19 @@ void MergeLayout(const FormValue& form, const RecordView& record, const Layout& 
         MergeField(form, record, block.fields[0]);
         if (StoredValue(record, block.fields[0]) != 0) return;
         break;
+      case Op::Slot: {
+        const IndexedField& table = block.arrays[0];
+        const uint32_t id = StoredValue(record, block.fields[0]);
+        if (id < table.count) MergeField(form, record, table.Element(static_cast<int>(id)).Keyed(table.keyFormat));
+        break;
+      }
+      case Op::Product:
+        ForEachRow(block, [&](const Field& row, const char* prefix, const char* suffix) {
+          char key[kProductKeySize];
+          snprintf(key, sizeof key, "%s%s", prefix, suffix);
+          MergeField(form, record, row.Keyed(key));
+        });
+        break;
       case Op::OneShot:
         if (!MergeField(form, record, block.fields[0])) record.PutU8(block.fields[0].offset, kIdle);
         break;
@@ -154,16 +168,11 @@ void MergeLayout(const FormValue& form, const RecordView& record, const Layout& 
 
 bool LayoutPending(const RecordView& record, const Layout& layout) {
   for (int b = 0; b < layout.count; ++b) {
-    const Block& block = layout.blocks[b];
-    if (block.op == Op::Steps) {
-      for (int a = 0; a < block.count; ++a)
-        for (int i = 0; i < block.arrays[a].count; ++i)
-          if (FieldPending(record, block.arrays[a].Element(i))) return true;
-    } else if (block.op != Op::Own) {
-      const int rows = block.op == Op::Fields ? block.count : 1;
-      for (int r = 0; r < rows; ++r)
-        if (FieldPending(record, block.fields[r])) return true;
-    }
+    bool pending = false;
+    ForEachRow(layout.blocks[b], [&](const Field& row, const char*, const char*) {
+      pending = pending || FieldPending(record, row);
+    });
+    if (pending) return true;
   }
   return false;
 }

@@ -111,6 +111,7 @@ struct Field {
   constexpr ValueRule Rule() const { return static_cast<ValueRule>((form >> 3) & 7); }
   constexpr Pending PendingWhile() const { return static_cast<Pending>(form >> 6); }
   constexpr uint32_t Width() const;
+  constexpr Field Keyed(const char* otherKey) const { return {otherKey, offset, form, arg}; }
 };
 
 constexpr uint8_t PackForm(FieldType type, Trait trait) {
@@ -144,15 +145,20 @@ constexpr Field PaddedText(const char* key, uint32_t offset, uint32_t size) {
   return {key, static_cast<uint16_t>(offset), PackForm(FieldType::PaddedText, kPlain), static_cast<uint8_t>(size)};
 }
 
+// The outer row of a product: a key prefix and the base offset of its rows.
+constexpr Field Prefix(const char* prefix, uint32_t offset) {
+  return {prefix, static_cast<uint16_t>(offset), PackForm(FieldType::U8, kPlain), 0};
+}
+
 // Indexed keys: "<name>%d" for index = first .. first+count-1, element i at
 // offset + i * stride.
 struct IndexedField {
   const char* keyFormat;
   uint16_t offset;
+  uint16_t count;
   uint8_t form;  // as Field::form
   uint8_t arg;
   uint8_t first;
-  uint8_t count;
   uint8_t stride;
 
   constexpr FieldType Type() const { return static_cast<FieldType>(form & 7); }
@@ -165,10 +171,23 @@ consteval IndexedField Indexed(const char* keyFormat, int first, int count, uint
                                FieldType type, Trait trait = kPlain) {
   return {keyFormat,
           static_cast<uint16_t>(offset),
+          static_cast<uint16_t>(count),
           PackForm(type, trait),
           trait.arg,
           static_cast<uint8_t>(first),
-          static_cast<uint8_t>(count),
+          static_cast<uint8_t>(stride)};
+}
+
+// A table of slots under one key: the slot an id row selects, slot i at
+// offset + i * stride, `slots` of them (see the Slot block).
+consteval IndexedField SlotTable(const char* key, uint32_t offset, uint32_t slots, uint32_t stride,
+                                 FieldType type, uint32_t textSize = 0) {
+  return {key,
+          static_cast<uint16_t>(offset),
+          static_cast<uint16_t>(slots),
+          PackForm(type, kPlain),
+          static_cast<uint8_t>(textSize),
+          0,
           static_cast<uint8_t>(stride)};
 }
 
@@ -184,6 +203,9 @@ enum class Op : uint8_t {
   ClearedText,   // a text row; an absent or empty value clears the whole field
   KeyValueLock,  // the "KeyValue" row; while its byte is not 0 nothing after it is merged
   OneShot,       // a one-shot command row; a request without it leaves the command idle
+  Slot,          // a slot table's key, stored in the slot its id row selects while the id is below the slot count
+  Product,       // keys made of a prefix and a suffix: every outer row (prefix, base offset) with
+                 // every inner row (suffix, offset from the base, type)
   Own,           // the family's own rule
 };
 
@@ -214,6 +236,15 @@ consteval Block Gate(const Field& setId, uint32_t limit, int blocks) {
 consteval Block ClearedText(const Field& text) { return {Op::ClearedText, 1, 0, &text, nullptr, nullptr}; }
 consteval Block KeyValueLock(const Field& keyValue) { return {Op::KeyValueLock, 1, 0, &keyValue, nullptr, nullptr}; }
 consteval Block OneShot(const Field& command) { return {Op::OneShot, 1, 0, &command, nullptr, nullptr}; }
+// The id row is merged by its own block; this one only reads it.
+consteval Block Slot(const IndexedField& table, const Field& id) {
+  return {Op::Slot, 1, 0, &id, &table, nullptr};
+}
+// rows: the outer rows, then the inner rows.
+template <size_t N>
+consteval Block Product(const Field (&rows)[N], int outer) {
+  return {Op::Product, static_cast<uint8_t>(outer), static_cast<uint16_t>(N - outer), rows, nullptr, nullptr};
+}
 consteval Block Own(OwnRule rule) { return {Op::Own, 0, 0, nullptr, nullptr, rule}; }
 
 // ---- Compile-time layout checks ---------------------------------------------
@@ -225,6 +256,10 @@ void LayoutErrorTableNotInOffsetOrder();
 void LayoutErrorFieldsOverlap();
 void LayoutErrorGateRunsPastLayout();
 void LayoutErrorRecordTooLarge();
+void LayoutErrorKeyTooLong();
+
+// Room for a product's composed key and its NUL.
+inline constexpr size_t kProductKeySize = 48;
 
 struct Span {
   uint32_t begin;
@@ -232,20 +267,42 @@ struct Span {
 };
 
 // Every byte range a block's rows occupy (arrays element by element).
+// Every row a block stores, arrays and slot tables element by element, a
+// product's keys as they are composed (prefix and suffix given apart).
+template <typename Visit>
+constexpr void ForEachRow(const Block& block, Visit visit) {
+  switch (block.op) {
+    case Op::Steps:
+    case Op::Slot:
+      for (int a = 0; a < block.count; ++a)
+        for (int i = 0; i < block.arrays[a].count; ++i) visit(block.arrays[a].Element(i), "", "");
+      break;
+    case Op::Product:
+      for (int o = 0; o < block.count; ++o) {
+        const Field& outer = block.fields[o];
+        for (int i = 0; i < block.limit; ++i) {
+          const Field& inner = block.fields[block.count + i];
+          visit(Field{nullptr, static_cast<uint16_t>(outer.offset + inner.offset), inner.form, inner.arg}, outer.key,
+                inner.key);
+        }
+      }
+      break;
+    case Op::Own:
+      break;
+    case Op::Fields:
+      for (int r = 0; r < block.count; ++r) visit(block.fields[r], block.fields[r].key, "");
+      break;
+    default:
+      visit(block.fields[0], block.fields[0].key, "");
+      break;
+  }
+}
+
 template <typename Visit>
 constexpr void ForEachSpan(const Block& block, Visit visit) {
-  if (block.op == Op::Steps) {
-    for (int a = 0; a < block.count; ++a) {
-      const IndexedField& array = block.arrays[a];
-      for (int i = 0; i < array.count; ++i) {
-        const Field element = array.Element(i);
-        visit(Span{element.offset, element.offset + element.Width()});
-      }
-    }
-  } else if (block.op != Op::Own) {
-    const int rows = block.op == Op::Fields ? block.count : 1;
-    for (int r = 0; r < rows; ++r) visit(Span{block.fields[r].offset, block.fields[r].offset + block.fields[r].Width()});
-  }
+  ForEachRow(block, [&](const Field& row, const char*, const char*) {
+    visit(Span{row.offset, row.offset + row.Width()});
+  });
 }
 
 // Inside the record; rows of a table and arrays of a step block in offset
@@ -266,6 +323,26 @@ consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSiz
     if (block.op == Op::Steps)
       for (int a = 1; a < block.count; ++a)
         if (block.arrays[a].offset <= block.arrays[a - 1].offset) LayoutErrorTableNotInOffsetOrder();
+    if (block.op == Op::Steps || block.op == Op::Slot)
+      for (int a = 0; a < block.count; ++a) {
+        const IndexedField& array = block.arrays[a];
+        if (array.count < 1 || array.offset + (array.count - 1u) * array.stride + WidthOf(array.Type(), array.arg) > recordSize)
+          LayoutErrorFieldOutsideRecord();
+      }
+    if (block.op == Op::Product) {
+      for (int r = 1; r < block.count + block.limit; ++r)
+        if (r != block.count && block.fields[r].offset <= block.fields[r - 1].offset) LayoutErrorTableNotInOffsetOrder();
+      ForEachRow(block, [&](const Field&, const char* prefix, const char* suffix) {
+        size_t length = 0;
+        while (prefix[length]) ++length;
+        for (size_t i = 0; suffix[i]; ++i) ++length;
+        if (length >= kProductKeySize) LayoutErrorKeyTooLong();
+      });
+      for (int o = 0; o < block.count; ++o)
+        if (block.fields[o].offset + block.fields[block.count + block.limit - 1].offset +
+                block.fields[block.count + block.limit - 1].Width() > recordSize)
+          LayoutErrorFieldOutsideRecord();
+    }
   }
   int first = 0;
   for (size_t b = 0; b < count; ++b) {
