@@ -90,11 +90,11 @@ inline constexpr Trait kUnsigned = {ValueRule::Unsigned, Pending::Never, 0};
 inline constexpr Trait kAtLeastOne = {ValueRule::AtLeastOne, Pending::Never, 0};
 inline constexpr Trait kCommand = {ValueRule::Stored, Pending::UntilIdle, 0};
 inline constexpr Trait kRequestFlag = {ValueRule::Stored, Pending::UntilZero, 0};
-consteval Trait Reversed(uint32_t constant) {
+constexpr Trait Reversed(uint32_t constant) {
   return {ValueRule::Reversed, Pending::Never, static_cast<uint8_t>(constant)};
 }
 // An object id that asks the camera to act while below limit (1 to 256).
-consteval Trait IdBelow(uint32_t limit) {
+constexpr Trait IdBelow(uint32_t limit) {
   return {ValueRule::Stored, Pending::Below, static_cast<uint8_t>(limit - 1)};
 }
 
@@ -167,7 +167,7 @@ struct IndexedField {
   }
 };
 
-consteval IndexedField Indexed(const char* keyFormat, int first, int count, uint32_t offset, uint32_t stride,
+constexpr IndexedField Indexed(const char* keyFormat, int first, int count, uint32_t offset, uint32_t stride,
                                FieldType type, Trait trait = kPlain) {
   return {keyFormat,
           static_cast<uint16_t>(offset),
@@ -180,7 +180,7 @@ consteval IndexedField Indexed(const char* keyFormat, int first, int count, uint
 
 // A table of slots under one key: the slot an id row selects, slot i at
 // offset + i * stride, `slots` of them (see the Slot block).
-consteval IndexedField SlotTable(const char* key, uint32_t offset, uint32_t slots, uint32_t stride,
+constexpr IndexedField SlotTable(const char* key, uint32_t offset, uint32_t slots, uint32_t stride,
                                  FieldType type, uint32_t textSize = 0) {
   return {key,
           static_cast<uint16_t>(offset),
@@ -219,33 +219,33 @@ struct Block {
 };
 
 template <size_t N>
-consteval Block Fields(const Field (&rows)[N]) {
+constexpr Block Fields(const Field (&rows)[N]) {
   return {Op::Fields, static_cast<uint8_t>(N), 0, rows, nullptr, nullptr};
 }
-consteval Block Fields(const Field& row) { return {Op::Fields, 1, 0, &row, nullptr, nullptr}; }
+constexpr Block Fields(const Field& row) { return {Op::Fields, 1, 0, &row, nullptr, nullptr}; }
 template <size_t N>
-consteval Block Steps(const IndexedField (&arrays)[N]) {
+constexpr Block Steps(const IndexedField (&arrays)[N]) {
   return {Op::Steps, static_cast<uint8_t>(N), 0, nullptr, arrays, nullptr};
 }
-consteval Block Steps(const IndexedField& array) { return {Op::Steps, 1, 0, nullptr, &array, nullptr}; }
+constexpr Block Steps(const IndexedField& array) { return {Op::Steps, 1, 0, nullptr, &array, nullptr}; }
 // The set id is stored when posted (a byte keeps its low 8 bits); the
 // following `blocks` blocks are merged only while it is below limit.
-consteval Block Gate(const Field& setId, uint32_t limit, int blocks) {
+constexpr Block Gate(const Field& setId, uint32_t limit, int blocks) {
   return {Op::Gate, static_cast<uint8_t>(blocks), static_cast<uint16_t>(limit), &setId, nullptr, nullptr};
 }
-consteval Block ClearedText(const Field& text) { return {Op::ClearedText, 1, 0, &text, nullptr, nullptr}; }
-consteval Block KeyValueLock(const Field& keyValue) { return {Op::KeyValueLock, 1, 0, &keyValue, nullptr, nullptr}; }
-consteval Block OneShot(const Field& command) { return {Op::OneShot, 1, 0, &command, nullptr, nullptr}; }
+constexpr Block ClearedText(const Field& text) { return {Op::ClearedText, 1, 0, &text, nullptr, nullptr}; }
+constexpr Block KeyValueLock(const Field& keyValue) { return {Op::KeyValueLock, 1, 0, &keyValue, nullptr, nullptr}; }
+constexpr Block OneShot(const Field& command) { return {Op::OneShot, 1, 0, &command, nullptr, nullptr}; }
 // The id row is merged by its own block; this one only reads it.
-consteval Block Slot(const IndexedField& table, const Field& id) {
+constexpr Block Slot(const IndexedField& table, const Field& id) {
   return {Op::Slot, 1, 0, &id, &table, nullptr};
 }
 // rows: the outer rows, then the inner rows.
 template <size_t N>
-consteval Block Product(const Field (&rows)[N], int outer) {
+constexpr Block Product(const Field (&rows)[N], int outer) {
   return {Op::Product, static_cast<uint8_t>(outer), static_cast<uint16_t>(N - outer), rows, nullptr, nullptr};
 }
-consteval Block Own(OwnRule rule) { return {Op::Own, 0, 0, nullptr, nullptr, rule}; }
+constexpr Block Own(OwnRule rule) { return {Op::Own, 0, 0, nullptr, nullptr, rule}; }
 
 // ---- Compile-time layout checks ---------------------------------------------
 
@@ -344,23 +344,24 @@ consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSiz
           LayoutErrorFieldOutsideRecord();
     }
   }
-  int first = 0;
+  // Each byte remembers the range that took it (its first offset + 1): a
+  // second range on it must be one the family declares.
+  uint32_t* owner = new uint32_t[recordSize]();
   for (size_t b = 0; b < count; ++b) {
     ForEachSpan(blocks[b], [&](Span s) {
-      int index = 0;
-      ++first;  // the ranges after this one, counted from the start, are checked against it
-      for (size_t c = 0; c < count; ++c) {
-        ForEachSpan(blocks[c], [&](Span t) {
-          if (index++ < first || !(s.begin < t.end && t.begin < s.end)) return;
+      for (uint32_t at = s.begin; at < s.end && at < recordSize; ++at) {
+        if (owner[at] != 0) {
+          bool declared = false;
           for (size_t o = 0; o + 1 < overlapCount; o += 2)
-            if ((overlaps[o] == s.begin && overlaps[o + 1] == t.begin) ||
-                (overlaps[o] == t.begin && overlaps[o + 1] == s.begin))
-              return;
-          LayoutErrorFieldsOverlap();
-        });
+            declared = declared || (overlaps[o] == s.begin && overlaps[o + 1] == owner[at] - 1) ||
+                       (overlaps[o] == owner[at] - 1 && overlaps[o + 1] == s.begin);
+          if (!declared) LayoutErrorFieldsOverlap();
+        }
+        owner[at] = s.begin + 1;
       }
     });
   }
+  delete[] owner;
   return true;
 }
 
