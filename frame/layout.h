@@ -225,6 +225,7 @@ void LayoutErrorFieldsOverlap();
 void LayoutErrorGateRunsPastLayout();
 void LayoutErrorRecordTooLarge();
 void LayoutErrorKeyTooLong();
+void LayoutErrorStepCountsDiffer();
 
 // Room for a product's composed key and its NUL.
 inline constexpr size_t kProductKeySize = 48;
@@ -294,6 +295,7 @@ consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSiz
     if (block.op == Op::Steps || block.op == Op::Slot)
       for (int a = 0; a < block.count; ++a) {
         const IndexedField& array = block.arrays[a];
+        if (array.count != block.arrays[0].count) LayoutErrorStepCountsDiffer();
         if (array.count < 1 || array.offset + (array.count - 1u) * array.stride + WidthOf(array.Type(), array.arg) > recordSize)
           LayoutErrorFieldOutsideRecord();
       }

@@ -233,7 +233,6 @@ int RunSettingsFrame(const SettingsFamily& family, uint8_t moduleOption, char* e
       if (!(moduleOption & kAnswersPending)) return 1;
       [[fallthrough]];
     case Answer::UnlessPending: return LayoutPending(record, family.layout) ? 0 : 1;
-    case Answer::Own: return family.result.own(record);
   }
   return 1;
 }

@@ -52,17 +52,14 @@ enum class Answer : uint8_t {
   Bare,                    // always 0: the bare 204 answer
   UnlessPending,           // 0 while a row of the layout holds a pending command, else 1
   UnlessPendingIfModule,   // the same on modules whose row asks for it, else 1
-  Own,                     // the family's own rule
 };
 struct ResultRule {
   Answer answer;
-  int (*own)(const RecordView& record);
 };
-inline constexpr ResultRule kReturnPage = {Answer::ReturnPage, nullptr};
-inline constexpr ResultRule kBareAnswer = {Answer::Bare, nullptr};
-inline constexpr ResultRule kUnlessPending = {Answer::UnlessPending, nullptr};
-inline constexpr ResultRule kUnlessPendingIfModule = {Answer::UnlessPendingIfModule, nullptr};
-constexpr ResultRule OwnResult(int (*rule)(const RecordView&)) { return {Answer::Own, rule}; }
+inline constexpr ResultRule kReturnPage = {Answer::ReturnPage};
+inline constexpr ResultRule kBareAnswer = {Answer::Bare};
+inline constexpr ResultRule kUnlessPending = {Answer::UnlessPending};
+inline constexpr ResultRule kUnlessPendingIfModule = {Answer::UnlessPendingIfModule};
 
 // ---- The family ------------------------------------------------------------------
 
