@@ -180,7 +180,7 @@ enum class Op : uint8_t {
 struct Block {
   Op op;
   uint8_t count;
-  uint16_t limit;
+  uint16_t limit;  // Gate: the set-id limit; Product: the inner rows; Fields: the rows that may be pending
   const Field* fields;
   const IndexedField* arrays;
   OwnRule own;
@@ -188,11 +188,24 @@ struct Block {
 
 template <size_t N>
 constexpr Block Fields(const Field (&rows)[N]) {
-  return {Op::Fields, static_cast<uint8_t>(N), 0, rows, nullptr, nullptr};
+  static_assert(N < 256, "a table holds at most 255 rows");
+  // limit: the rows that may be pending, first | end << 8, for the result rule.
+  size_t first = N, end = 0;
+  for (size_t r = 0; r < N; ++r)
+    if (rows[r].PendingWhile() != Pending::Never) {
+      if (first == N) first = r;
+      end = r + 1;
+    }
+  const uint16_t pendingRows = end == 0 ? 0 : static_cast<uint16_t>(first | end << 8);
+  return {Op::Fields, static_cast<uint8_t>(N), pendingRows, rows, nullptr, nullptr};
 }
-constexpr Block Fields(const Field& row) { return {Op::Fields, 1, 0, &row, nullptr, nullptr}; }
+constexpr Block Fields(const Field& row) {
+  const uint16_t pendingRows = row.PendingWhile() != Pending::Never ? 1 << 8 : 0;
+  return {Op::Fields, 1, pendingRows, &row, nullptr, nullptr};
+}
 template <size_t N>
 constexpr Block Steps(const IndexedField (&arrays)[N]) {
+  static_assert(N < 256, "a step block holds at most 255 arrays");
   return {Op::Steps, static_cast<uint8_t>(N), 0, nullptr, arrays, nullptr};
 }
 constexpr Block Steps(const IndexedField& array) { return {Op::Steps, 1, 0, nullptr, &array, nullptr}; }

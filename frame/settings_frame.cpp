@@ -32,8 +32,6 @@ int ReadOnce(const RecordView& record, const char* path) {
 
 }  // namespace
 
-bool FormValue::Lookup(const char* key) const { return FormLookup(key, buffer, size) == LookupOk; }
-
 bool FormValue::LookupIndexed(const char* keyFormat, int index) const {
   char key[96];
   snprintf(key, sizeof key, keyFormat, index);
@@ -61,8 +59,10 @@ void StoreField(const RecordView& record, const Field& field, int32_t value) {
   }
 }
 
-bool MergeField(const FormValue& form, const RecordView& record, const Field& field) {
-  if (!form.Lookup(field.key)) return false;
+namespace {
+
+// Stores the value just looked up for the row.
+void StorePosted(const FormValue& form, const RecordView& record, const Field& field) {
   char* target = reinterpret_cast<char*>(record.bytes + field.offset);
   switch (field.Type()) {
     case FieldType::Text: {
@@ -79,6 +79,13 @@ bool MergeField(const FormValue& form, const RecordView& record, const Field& fi
                  field.Rule() == ValueRule::Unsigned ? static_cast<int32_t>(DecimalToUInt32(form.Text())) : form.Int());
       break;
   }
+}
+
+}  // namespace
+
+bool MergeField(const FormValue& form, const RecordView& record, const Field& field) {
+  if (!form.Lookup(field.key)) return false;
+  StorePosted(form, record, field);
   return true;
 }
 
@@ -125,9 +132,13 @@ void MergeLayout(const FormValue& form, const RecordView& record, const Layout& 
   for (int b = 0; b < layout.count; ++b) {
     const Block& block = layout.blocks[b];
     switch (block.op) {
-      case Op::Fields:
-        for (int r = 0; r < block.count; ++r) MergeField(form, record, block.fields[r]);
+      case Op::Fields: {
+        const Field* rows = block.fields;
+        const Field* const end = rows + block.count;
+        for (; rows != end; ++rows)
+          if (form.Lookup(rows->key)) StorePosted(form, record, *rows);
         break;
+      }
       case Op::Steps:
         MergeSteps(form, record, block);
         break;
@@ -168,10 +179,17 @@ void MergeLayout(const FormValue& form, const RecordView& record, const Layout& 
 
 bool LayoutPending(const RecordView& record, const Layout& layout) {
   for (int b = 0; b < layout.count; ++b) {
+    const Block& block = layout.blocks[b];
     bool pending = false;
-    ForEachRow(layout.blocks[b], [&](const Field& row, const char*, const char*) {
-      pending = pending || FieldPending(record, row);
-    });
+    if (block.op == Op::Fields) {  // only the span of rows that may be pending
+      const int end = block.limit >> 8;
+      for (int r = block.limit & 0xFF; r < end && !pending; ++r)
+        pending = block.fields[r].PendingWhile() != Pending::Never && FieldPending(record, block.fields[r]);
+    } else {
+      ForEachRow(block, [&](const Field& row, const char*, const char*) {
+        pending = pending || (row.PendingWhile() != Pending::Never && FieldPending(record, row));
+      });
+    }
     if (pending) return true;
   }
   return false;

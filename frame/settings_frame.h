@@ -8,6 +8,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "cgi/cgi_request.h"
 #include "frame/layout.h"
 #include "frame/record_view.h"
 
@@ -37,7 +38,7 @@ struct FormValue {
   int size;
 
   // True only when the key was posted with a value that fits the buffer.
-  bool Lookup(const char* key) const;
+  bool Lookup(const char* key) const { return FormLookup(key, buffer, size) == LookupOk; }
   // Looks up keyFormat with %d replaced by index.
   bool LookupIndexed(const char* keyFormat, int index) const;
   int32_t Int() const;
