@@ -4,8 +4,6 @@
 // their set numbers; preset labels and the preset-set bitmap live in
 // "PtzConf.bin", whose other bytes belong to the daemon and are carried
 // through. The main title is written only by a plain settings save.
-#include <string.h>
-
 #include "device/device_paths.h"
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -260,9 +258,7 @@ int EditPresetFile(const FormValue& form, uint32_t n, char* errorBuffer) {
   }
   if (n > 0) {
     const uint32_t slot = kPresetLabels + kPresetLabelSize * (n - 1);
-    const Field label = Text("PresetSetLabel", slot, kPresetLabelSize);
-    MergeField(form, presets, label);
-    if (form.Empty()) memset(presets.bytes + label.offset, 0, label.arg);
+    MergeClearedText(form, presets, Text("PresetSetLabel", slot, kPresetLabelSize));
   }
   return WriteRecord(kWriteFailure, presets, device::kPtzPresetFile, errorBuffer);
 }

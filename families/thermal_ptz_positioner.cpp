@@ -19,8 +19,7 @@ struct NameTable {
   uint32_t start;
   uint32_t slotSize;
   uint32_t clearWidth;
-  uint32_t idOffset;
-  FieldType idType;
+  Field id;  // the id row (merged by its own table)
   uint32_t idLimit;
 };
 
@@ -81,7 +80,7 @@ constexpr Field kPositionAndAlarmFields[] = {
 };
 
 // Presets: 544 on: names, 32 bytes per preset id.
-constexpr NameTable kPresetNames = {"PresetName", 544, 32, 16, 25888, FieldType::U16, kIdle << 8 | kIdle};
+constexpr NameTable kPresetNames = {"PresetName", 544, 32, 16, U16("PresetSetId", 25888), kIdle << 8 | kIdle};
 constexpr Field kPresetSetId = U16("PresetSetId", 25888);  // 65535: no preset edited
 constexpr Field kPresetEnable = U8("PresetEnable", 25890);
 constexpr Field kPresetFields[] = {
@@ -106,10 +105,10 @@ constexpr Field kPresetRunFields[] = {
     U8("PresetRunSetId", 25957),
 };
 // 25958 on: run strings, 128 bytes per preset run id.
-constexpr NameTable kPresetRunStrings = {"PresetRunStr", 25958, 128, 128, 25957, FieldType::U8, kIdle};
+constexpr NameTable kPresetRunStrings = {"PresetRunStr", 25958, 128, 128, U8("PresetRunSetId", 25957), kIdle};
 
 // Scans: 26502 on: names, 32 bytes per scan id.
-constexpr NameTable kScanNames = {"ScanSetName", 26502, 32, 16, 26766, FieldType::U8, kIdle};
+constexpr NameTable kScanNames = {"ScanSetName", 26502, 32, 16, U8("ScanSetId", 26766), kIdle};
 constexpr Field kScanSetFields[] = {
     U8("ScanSetId", 26766),
     U8("ScanStartId", 26767, kCommand),
@@ -138,7 +137,7 @@ constexpr Field kPatternFields[] = {
 };
 
 // Tours: 26808 on: names, 32 bytes per tour id.
-constexpr NameTable kTourNames = {"TourSetName", 26808, 32, 16, 27464, FieldType::U8, kIdle};
+constexpr NameTable kTourNames = {"TourSetName", 26808, 32, 16, U8("TourSetId", 27464), kIdle};
 constexpr Field kTourSetFields[] = {
     U8("TourSetId", 27464),
     U8("TourSetEnble", 27465),
@@ -156,7 +155,7 @@ constexpr Field kTourRunFields[] = {
 };
 
 // Groups: 27526 on: names, 32 bytes per group id.
-constexpr NameTable kGroupNames = {"GroupSetName", 27526, 32, 16, 28550, FieldType::U8, kIdle};
+constexpr NameTable kGroupNames = {"GroupSetName", 27526, 32, 16, U8("GroupSetId", 28550), kIdle};
 constexpr Field kGroupSetFields[] = {
     U8("GroupSetId", 28550),
     U8("GroupSetEnble", 28551),
@@ -177,7 +176,7 @@ constexpr Field kGroupRunFields[] = {
 // characters; then an empty value buffer clears the slot. A copy or a
 // clear that would reach past the record's end is skipped.
 void MergeName(const FormValue& form, const RecordView& record, const NameTable& table) {
-  const uint32_t id = table.idType == FieldType::U16 ? record.GetU16(table.idOffset) : record.GetU8(table.idOffset);
+  const uint32_t id = StoredValue(record, table.id);
   if (id >= table.idLimit) return;
   const uint32_t slot = table.start + table.slotSize * id;  // below 2^22: no overflow
   if (form.Lookup(table.key)) {

@@ -109,6 +109,11 @@ bool FieldPending(const RecordView& record, const Field& field) {
   return false;
 }
 
+void MergeClearedText(const FormValue& form, const RecordView& record, const Field& text) {
+  MergeField(form, record, text);
+  if (form.Empty()) memset(record.bytes + text.offset, 0, text.arg);
+}
+
 namespace {
 
 // Parallel arrays, element by element.
@@ -147,8 +152,7 @@ void MergeLayout(const FormValue& form, const RecordView& record, const Layout& 
         if (StoredValue(record, block.fields[0]) >= block.limit) b += block.count;
         break;
       case Op::ClearedText:
-        MergeField(form, record, block.fields[0]);
-        if (form.Empty()) memset(record.bytes + block.fields[0].offset, 0, block.fields[0].arg);
+        MergeClearedText(form, record, block.fields[0]);
         break;
       case Op::KeyValueLock:
         MergeField(form, record, block.fields[0]);

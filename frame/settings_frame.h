@@ -100,6 +100,8 @@ bool LayoutPending(const RecordView& record, const Layout& layout);
 // Plain field: when the key is posted, its value (after the row's rule) is
 // stored with the row's width. True when it was posted.
 bool MergeField(const FormValue& form, const RecordView& record, const Field& field);
+// A text row that an absent or empty value clears whole.
+void MergeClearedText(const FormValue& form, const RecordView& record, const Field& text);
 // Stores a value with a row's width and rule, as a posted value would be.
 void StoreField(const RecordView& record, const Field& field, int32_t value);
 // The value a byte or halfword row holds.
