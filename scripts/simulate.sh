@@ -173,15 +173,22 @@ if [ $once = 0 ]; then
   while :; do wait; done
 fi
 
-# One request per program, each answer as the browser gets it.
+# One request per program, each answer as the browser gets it: the
+# program's answer must arrive whole, byte for byte, after the status line
+# and any header the adapter had to give the server.
 failures=0
 request() {  # program, form, what the answer must hold (grep -E)
   echo "---- $1 <- $2"
+  rm -f "$root/tmp/sim/last-answer"
   curl -sS -i --max-time 20 -d "$2" "http://127.0.0.1:$port/cgi-bin/$1" > "$work/answer" || :
   cat "$work/answer"
   echo
+  sent=$root/tmp/sim/last-answer
   if ! head -n 1 "$work/answer" | grep -q '^HTTP/1.1 20[04] OK' || ! grep -qE "$3" "$work/answer"; then
     echo "FAILED: expected an answer holding $3"
+    failures=$((failures + 1))
+  elif [ ! -f "$sent" ] || ! tail -c "$(wc -c < "$sent")" "$work/answer" | cmp -s - "$sent"; then
+    echo "FAILED: the program's answer did not arrive whole"
     failures=$((failures + 1))
   fi
   sleep 0.3
@@ -197,6 +204,10 @@ request zrcamctlset.cgi "AwbMode=1&WbGainR=40&OsdLang=EN&RetReDir=/m/$module.htm
 signalled zrcamctld 10
 echo "record ZrCamCtlConf$module.bin:"
 od -A d -t x1 "$record" || echo "(none)"
+# Without a record: the error page, its alert and the way back.
+mv "$record" "$work/record"
+request zrcamctlset.cgi "AwbMode=2" 'alert\("zrcamctlset\.cgi Cgi Func:\[\] return ERROR!!!"\);'
+mv "$work/record" "$record"
 request zrcamctlapply.cgi "RetReDir=/index.html" 'location\.href="/index\.html";'
 request zrcamctldefault.cgi "SaveCfg=YES&RetReDir=/index.html" 'location\.href="/index\.html";'
 signalled zrcamctld 12

@@ -14,7 +14,8 @@
 # answer's bytes unchanged; answers that have their own pass untouched.
 #
 # Before a set request it keeps a copy of the module's record, so that the
-# simulator's record view can show what the request changed.
+# simulator's record view can show what the request changed. The program's
+# answer is kept as /tmp/sim/last-answer, for checking what the browser got.
 answer=/tmp/sim/answer.$$
 trap 'rm -f "$answer"' EXIT
 name=${0##*/}
@@ -34,3 +35,4 @@ case $(head -c 13 "$answer") in
   *) printf 'Content-type: text/html\r\n\r\n' ;;
 esac
 cat "$answer"
+mv -f "$answer" /tmp/sim/last-answer
