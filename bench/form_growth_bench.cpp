@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "cgi/cgi_request.h"
-#include "handlers/settings_handlers.h"
+#include "families/families.h"
 
 namespace {
 
@@ -37,7 +37,7 @@ std::string Form(size_t bytes, size_t maxEntries) {
 int main(int argc, char** argv) {
   const char* recordPath = argc > 1 ? argv[1] : "/tmp/zrcamctl-growth.bin";
   // 153 keys, each looked up on every request.
-  const SettingsHandler handler = TwoSetImageTuningSettings;
+  const SettingsFamily& family = kTwoSetImageTuning;
   const char* name = "two-set image tuning (1d)";
   FILE* f = fopen(recordPath, "wb");
   static char zeros[32768];
@@ -52,7 +52,7 @@ int main(int argc, char** argv) {
       char errorBuffer[256] = {};
       const double start = Now();
       ParseUrlEncodedForm(form.data(), form.size());
-      handler(errorBuffer, recordPath);
+      RunSettingsFrame(family, kNoOption, errorBuffer, recordPath);
       times.push_back(Now() - start);
       entries = 0;
       for (const char* e = NextFormEntry(nullptr); e; e = NextFormEntry(e)) ++entries;

@@ -5,7 +5,7 @@
 #include <string.h>
 
 #include "cgi/cgi_request.h"
-#include "cgi/device_paths.h"
+#include "device/device_paths.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <stdio.h>
 
-#include "camctl/record_store.h"
+#include "frame/record_store.h"
 #include "cgi/cgi_request.h"
-#include "cgi/device_paths.h"
+#include "device/device_paths.h"
 #include "tcfg/tcfg_util.h"
 
 namespace {

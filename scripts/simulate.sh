@@ -44,14 +44,15 @@ fi
 # each as the golden transcripts record it ("CODE Family" / "CODE BYTES").
 # The layouts, once data, will give the sizes (zrcamctl-inspect --reference).
 modules() {
-  sed -n 's|^ *\([A-Za-z0-9]*\), *// [0-9]* \(..\).*|\2 \1|p' camctl/module_handler_table.cpp | sed 's/ nullptr$/ (no family)/'
+  sed -n 's|^ *{ModuleCode("\(..\)"), &\{0,1\}\([A-Za-z0-9]*\).*|\1 \2|p' modules/module_table.cpp |
+    sed 's/ nullptr$/ (no family)/; s/ k\([A-Z]\)/ \1/'
 }
 record_bytes() {
   sed -n 's|^/opt/kfp/etc/ZrConf/ZrCamCtlConf\(..\)\.bin bytes \([0-9]*\) .*|\1 \2|p' tests/golden/*.golden |
     awk '!seen[$1]++'
 }
 if ! modules | grep -q "^$module "; then
-  echo "simulate.sh: no camera module \"$module\" in camctl/module_handler_table.cpp" >&2
+  echo "simulate.sh: no camera module \"$module\" in modules/module_table.cpp" >&2
   exit 2
 fi
 

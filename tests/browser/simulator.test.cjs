@@ -77,7 +77,7 @@ const freePort = () => new Promise((resolve) => {
 
     // 50 concurrent posts, one key each: every one answered, every update kept.
     fs.writeFileSync(record, Buffer.alloc(108));
-    const source = fs.readFileSync(path.join(repo, 'handlers/zoom_camera_module.cpp'), 'utf8');
+    const source = fs.readFileSync(path.join(repo, 'families/zoom_camera_module.cpp'), 'utf8');
     const keys = [...source.matchAll(/U8\("(\w+)", (\d+)\)/g)].filter((m) => m[2] !== '50' && m[2] !== '66').slice(0, 50);
     check(keys.length === 50, '50 one-byte keys of the family');
     const started = Date.now();

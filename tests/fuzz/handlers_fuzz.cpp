@@ -10,7 +10,7 @@
 #include <string.h>
 #include <unistd.h>
 
-#include "camctl/module_handler_table.h"
+#include "modules/module_table.h"
 #include "cgi/cgi_request.h"
 
 namespace {
@@ -30,26 +30,25 @@ const char* RecordPath() {
   return path;
 }
 
-SettingsHandler Handler(uint8_t choice) {
-  static SettingsHandler handlers[kModuleCount + 1];
+const ModuleRow& Handler(uint8_t choice) {
+  static ModuleRow rows[kModuleCount + 1] = {};
   static int count = 0;
   if (count == 0) {
-    for (int row = 0; row < kModuleCount; ++row) {
-      const SettingsHandler h = ModuleHandlers[row];
-      bool seen = h == nullptr;
-      for (int i = 0; i < count && !seen; ++i) seen = handlers[i] == h;
-      if (!seen) handlers[count++] = h;
+    for (const ModuleRow& row : ModuleTable) {
+      bool seen = row.family == nullptr;
+      for (int i = 0; i < count && !seen; ++i) seen = rows[i].family == row.family && rows[i].option == row.option;
+      if (!seen) rows[count++] = row;
     }
-    handlers[count++] = UnroutedZoomModuleSettings;  // in no table row
+    rows[count++] = ModuleRow(0, &kUnroutedZoomModule);  // in no table row
   }
-  return handlers[choice % count];
+  return rows[choice % count];
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 3) return 0;
-  const SettingsHandler handler = Handler(data[0]);
+  const ModuleRow& row = Handler(data[0]);
   size_t recordLength = static_cast<size_t>(data[1] | data[2] << 8);
   data += 3;
   size -= 3;
@@ -65,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   if (ParseUrlEncodedForm(reinterpret_cast<const char*>(data + recordLength), size - recordLength) == 0) {
     char errorBuffer[256] = {};
-    const int result = handler(errorBuffer, RecordPath());
+    const int result = RunSettingsFrame(*row.family, row.option, errorBuffer, RecordPath());
     if (errorBuffer[255] != '\0') __builtin_trap();
     (void)result;
   }

@@ -5,7 +5,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "camctl/product_code.h"
+#include "modules/product_code.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size == 0) return 0;

@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "camctl/module_handler_table.h"
-#include "camctl/product_code.h"
+#include "modules/module_table.h"
+#include "modules/product_code.h"
 
 namespace {
 
@@ -70,15 +70,14 @@ TEST(ProductCode, WithoutTheDriver) {
 
 TEST(ModuleTable, RowsAndCodes) {
   EXPECT_EQ(ModuleCode("0D"), 0x3044u);
-  EXPECT_EQ(FindModuleRow(0x3044), 0);
-  EXPECT_EQ(FindModuleRow(ModuleCode("2x")), 141);
-  EXPECT_EQ(ModuleIds[142], 0u);
-  EXPECT_EQ(FindModuleRow(0), -1);
-  EXPECT_EQ(FindModuleRow(0xFFFFFFFF), -1);
-  for (int row = 0; row < kModuleCount; ++row) EXPECT_EQ(FindModuleRow(ModuleIds[row]), row);  // unique
-  EXPECT_EQ(ModuleHandlers[FindModuleRow(ModuleCode("0J"))], &ZoomCameraModuleSettings);
-  EXPECT_EQ(ModuleHandlers[FindModuleRow(ModuleCode("0T"))], &DayNightIrCameraSettings);
-  EXPECT_EQ(ModuleHandlers[FindModuleRow(ModuleCode("1Y"))], nullptr);
+  EXPECT_EQ(FindModuleRow(0x3044), &ModuleTable[0]);
+  EXPECT_EQ(FindModuleRow(ModuleCode("2x")), &ModuleTable[141]);
+  EXPECT_EQ(FindModuleRow(0), nullptr);
+  EXPECT_EQ(FindModuleRow(0xFFFFFFFF), nullptr);
+  for (const ModuleRow& row : ModuleTable) EXPECT_EQ(FindModuleRow(row.code), &row);  // unique
+  EXPECT_EQ(FindModuleRow(ModuleCode("0J"))->family, &kZoomCameraModule);
+  EXPECT_EQ(FindModuleRow(ModuleCode("0T"))->family, &kDayNightIrCamera);
+  EXPECT_EQ(FindModuleRow(ModuleCode("1Y"))->family, nullptr);
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-// Whole-record reads and writes with their results and messages, and the
-// lock that serializes saves.
+// Whole-record reads and writes with their results and messages.
 #include <gtest/gtest.h>
 #include <fcntl.h>
 #include <signal.h>
@@ -14,8 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "camctl/record_store.h"
-#include "cgi/device_paths.h"
+#include "frame/record_store.h"
 
 namespace {
 
@@ -91,24 +89,6 @@ TEST_F(RecordStore, FullDiskKeepsTheOldFile) {
   setrlimit(RLIMIT_FSIZE, &old);
   EXPECT_EQ(ReadRaw(path), "old");
   EXPECT_EQ(system(("test $(ls -A " + dir + " | wc -l) -eq 1").c_str()), 0);
-}
-
-// Held elsewhere, the lock is waited for about 2 s, then reported; free, it
-// is taken silently (and kept by this process from then on).
-TEST(SettingsLock, WaitsThenGoesOn) {
-  const int fd = open(device::kSettingsLockFile, O_RDWR | O_CREAT, 0600);
-  if (fd < 0 || flock(fd, LOCK_EX | LOCK_NB) != 0) GTEST_SKIP() << "the lock file is not ours to take";
-  timespec start, end;
-  clock_gettime(CLOCK_MONOTONIC, &start);
-  testing::internal::CaptureStderr();
-  TakeSettingsLock();
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "[TakeSettingsLock] lock not taken, saving unlocked\n");
-  clock_gettime(CLOCK_MONOTONIC, &end);
-  EXPECT_GE(end.tv_sec - start.tv_sec + (end.tv_nsec - start.tv_nsec) / 1e9, 1.9);
-  close(fd);
-  testing::internal::CaptureStderr();
-  TakeSettingsLock();
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 }  // namespace

@@ -1,0 +1,118 @@
+#include "app/programs.h"
+
+#include <signal.h>
+#include <stdio.h>
+#include <string.h>
+#include <sys/types.h>
+
+#include "app/set_program.h"
+#include "cgi/cgi_request.h"
+#include "cgi/cgi_response.h"
+#include "device/device_paths.h"
+#include "fisheye/fisheye_settings.h"
+
+char gErrorBuffer[kErrorBufferSize];
+
+int ZrCamCtlApply(char*) { return 1; }
+int ZrCamCtlDefault(char*) { return 1; }
+
+namespace {
+
+// Reads the pid as "%d" would: blanks, an optional sign, digits. False when
+// there are no digits.
+bool ReadPid(FILE* file, int32_t* pid) {
+  char text[24];
+  int c;
+  do c = fgetc(file);
+  while (c == ' ' || (c >= '\t' && c <= '\r'));
+  size_t n = 0;
+  if (c == '+' || c == '-') {
+    text[n++] = static_cast<char>(c);
+    c = fgetc(file);
+  }
+  const size_t firstDigit = n;
+  bool digits = false;
+  for (; c >= '0' && c <= '9'; c = fgetc(file)) {
+    digits = true;
+    if (n == firstDigit && c == '0') continue;  // leading zeros carry no value
+    // Twenty digits already saturate; the rest cannot change the value.
+    if (n + 1 < sizeof text) text[n++] = static_cast<char>(c);
+  }
+  text[n] = '\0';
+  if (!digits) return false;
+  *pid = DecimalToInt32(text, nullptr);
+  return true;
+}
+
+const char* BaseName(const char* path) {
+  const char* slash = strrchr(path, '/');
+  return slash ? slash + 1 : path;
+}
+
+void WriteErrorPage(const char* programName) {
+  WriteContentType("text/html");
+  FILE* out = gCgi.out;
+  fputs("<html>\n<head>\n<script language=javascript>\n", out);
+  fprintf(out, "alert(\"%s Cgi Func:[", programName);
+  WriteJavaScriptEscaped(gErrorBuffer);
+  fputs("] return ERROR!!!\");\n", out);
+  fputs("history.go(-1);\n</script>\n</head>\n</html>\n", out);
+}
+
+}  // namespace
+
+int SignalDaemon(const Daemon& daemon, int sig) {
+  FILE* file = fopen(daemon.pidFile, "r");
+  if (!file) {
+    fprintf(stderr, "[%s] pid file [%s] is not found.\n", daemon.tag, daemon.pidFile);
+    return -1;
+  }
+  int32_t pid = 0;
+  const bool havePid = ReadPid(file, &pid);
+  fclose(file);
+  // A pid of 0 or below would signal a process group or every process,
+  // and pid 1 is init, which some take a SIGUSR2 as an order to power off.
+  if (!havePid || pid <= 1 || kill(static_cast<pid_t>(pid), sig) != 0) {
+    fprintf(stderr, "[%s] Send sig = [%d] to %s. [Error]\n", daemon.tag, sig, daemon.name);
+    return -2;
+  }
+  fprintf(stderr, "[%s] Send sig = [%d] to %s. [OK]\n", daemon.tag, sig, daemon.name);
+  return 0;
+}
+
+const Daemon kZrCamCtlD = {"SendSignalToZrCamCtlD", "zrcamctld", device::kZrCamCtlDPidFile};
+const Daemon kVmfd = {"SendSignalToVmfd", "vmfd", device::kVmfdPidFile};
+
+const CgiProgram CgiProgramTable[] = {
+    {"zrcamctlset.cgi", ZrCamCtlSet, &kZrCamCtlD, device::kSignalSettingsChanged},
+    {"zrcamctlapply.cgi", ZrCamCtlApply, &kZrCamCtlD, device::kSignalSettingsChanged},
+    {"zrcamctldefault.cgi", ZrCamCtlDefault, &kZrCamCtlD, device::kSignalDefault},
+    {"zrfisheyeset.cgi", ZrFisheyeSet, &kVmfd, device::kSignalDefault},
+    {nullptr, nullptr, nullptr, 0},
+};
+
+int DispatchCgiProgram(int argc, char** argv) {
+  if (argc < 1 || !argv[0]) return 0;
+  const char* name = BaseName(argv[0]);
+
+  const CgiProgram* program = CgiProgramTable;
+  while (program->name && strcmp(program->name, name) != 0) ++program;
+  if (!program->name || !program->function) {
+    fprintf(gCgi.out, "NOT Found Cgi Func: %s<br>\n", name);
+    return 0;
+  }
+
+  memset(gErrorBuffer, 0, sizeof gErrorBuffer);
+  const int result = program->function(gErrorBuffer);
+  if (result < 0) {
+    WriteErrorPage(name);
+    return 0;
+  }
+  SignalDaemon(*program->daemon, program->signal);
+  if (result == 0) {
+    fputs("HTTP/1.1 204 OK", gCgi.out);  // no line end here: the settled answer
+    WriteContentType("text/html");
+    return 0;
+  }
+  return WriteReturnPage();
+}

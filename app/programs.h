@@ -1,0 +1,38 @@
+// The program table and the dispatch on the name the program was started as.
+#pragma once
+
+inline constexpr int kErrorBufferSize = 256;
+
+// A program function fills the error buffer only when it returns a negative
+// result. Positive: return page; 0: bare 204 answer; negative: error page.
+using CgiProgramFunction = int (*)(char* errorBuffer);
+
+// A daemon woken by a signal once its program has stored the request.
+struct Daemon {
+  const char* tag;  // the function name its diagnostics start with
+  const char* name;
+  const char* pidFile;
+};
+extern const Daemon kZrCamCtlD;
+extern const Daemon kVmfd;
+
+struct CgiProgram {
+  const char* name;
+  CgiProgramFunction function;
+  const Daemon* daemon;  // signalled after a result of 0 or more
+  int signal;
+};
+
+// Ordered, ended by a row whose name is null.
+extern const CgiProgram CgiProgramTable[];
+
+// The process-wide error buffer shown by the error page.
+extern char gErrorBuffer[kErrorBufferSize];
+
+int DispatchCgiProgram(int argc, char** argv);
+
+// Signals a daemon by its pid file. 0 sent, -1 no pid file, -2 not sent.
+int SignalDaemon(const Daemon& daemon, int sig);
+
+int ZrCamCtlApply(char* errorBuffer);
+int ZrCamCtlDefault(char* errorBuffer);

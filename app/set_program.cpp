@@ -1,0 +1,44 @@
+// The "zrcamctlset.cgi" program: identify the attached camera module, then
+// merge the posted form into its settings record.
+#include "app/set_program.h"
+
+#include <stdio.h>
+
+#include "frame/record_store.h"
+#include "modules/module_table.h"
+#include "modules/product_code.h"
+
+namespace {
+
+constexpr int kGetExtCamIdAttempts = 5;
+// Printed for a module id found nowhere in the table.
+constexpr unsigned kNoHandlerMarker = 0x00020001;
+
+}  // namespace
+
+int ZrCamCtlSet(char* errorBuffer) {
+  char path[kRecordPathBufferSize] = {};
+
+  int32_t id = -1;
+  for (int attempt = 0; attempt < kGetExtCamIdAttempts; ++attempt) {
+    id = GetExtCamId();
+    if (id >= 0) break;
+  }
+
+  const ModuleRow* row = FindModuleRow(static_cast<uint32_t>(id));
+  if (!row) {
+    fprintf(stderr,
+            "[zrcamctlset.cgi] not exist function for control zrcamctld[ExtCamId:0x%08x,Index=%d pFunc=0x%08x]\n",
+            static_cast<unsigned>(id), -1, kNoHandlerMarker);
+    return 0;
+  }
+  if (!row->family) {
+    fprintf(stderr,
+            "[zrcamctlset.cgi] not exist function for control zrcamctld[ExtCamId:0x%08x,Index=%d pFunc=0x%08x]\n",
+            static_cast<unsigned>(id), static_cast<int>(row - ModuleTable), 0u);
+    return 0;
+  }
+  MakeCamCtlConfPath(path, kRecordPathBufferSize, gPnCode);
+  TakeSettingsLock();
+  return RunSettingsFrame(*row->family, row->option, errorBuffer, path);
+}

@@ -1,0 +1,25 @@
+// Simple colour cameras: 10-byte record of five
+// halfwords, continue read.
+#include "frame/settings_frame.h"
+#include "families/families.h"
+
+namespace {
+
+constexpr Field kFields[] = {
+    U16("CamHue", 0),
+    U16("CamSaturation", 2),
+    U16("CamBrightness", 4),
+    U16("CamContrast", 6),
+    U16("CameraDefault", 8),  // stored like the others; the daemon acts on it
+};
+
+constexpr Block kLayout[] = {Fields(kFields)};
+
+}  // namespace
+
+constexpr SettingsFamily kColourCamera = {
+    .recordSize = 10,
+    .readPolicy = ReadPolicy::Continue,
+    .writeFailure = {-2, false},
+    .layout = CheckedLayout<10>(kLayout),
+};

@@ -1,0 +1,33 @@
+// Key and mains-frequency modules: "KeyValue" and "PowerFrequency" in the
+// first two bytes. The 3-byte modules keep a third byte the daemon owns;
+// the two-byte modules have the same keys, order and answer with no third
+// byte, so both families share one layout and one result rule.
+#include "frame/settings_frame.h"
+#include "families/families.h"
+
+namespace {
+
+constexpr Field kFields[] = {
+    U8("PowerFrequency", 0),
+    U8("KeyValue", 1, kRequestFlag),  // 0: the return page; else the bare answer
+};
+
+constexpr Block kLayout[] = {Fields(kFields)};
+
+}  // namespace
+
+constexpr SettingsFamily kKeyPowerFrequencyModule = {
+    .recordSize = 3,
+    .readPolicy = ReadPolicy::Continue,
+    .writeFailure = {-2, false},
+    .layout = CheckedLayout<3>(kLayout),
+    .result = kUnlessPending,
+};
+
+constexpr SettingsFamily kTwoByteKeyPowerFrequencyModule = {
+    .recordSize = 2,
+    .readPolicy = ReadPolicy::Continue,
+    .writeFailure = {-2, false},
+    .layout = CheckedLayout<2>(kLayout),
+    .result = kUnlessPending,
+};

@@ -1,0 +1,35 @@
+// Sens-up day/night cameras: 16-byte record of single bytes, continue read.
+#include "frame/settings_frame.h"
+#include "families/families.h"
+
+namespace {
+
+constexpr Field kFields[] = {
+    U8("LensType", 0),
+    U8("Brightness", 1),
+    U8("Shutter", 2),
+    U8("Agc", 3),
+    U8("SensUp", 4),
+    U8("DayNight", 5),
+    U8("DayToNightThreshold", 6),
+    U8("DayToNightDelay", 7),
+    U8("NightToDayThreshold", 8),
+    U8("NightToDayDelay", 9),
+    U8("Hmirror", 10),
+    U8("Vmirror", 11),
+    U8("SharpnessOnOff", 12),
+    U8("SharpnessLevel", 13),
+    U8("WdrBlc", 14),
+    U8("ColorGain", 15),
+};
+
+constexpr Block kLayout[] = {Fields(kFields)};
+
+}  // namespace
+
+constexpr SettingsFamily kSensUpCamera = {
+    .recordSize = 16,
+    .readPolicy = ReadPolicy::Continue,
+    .writeFailure = {-1, false},
+    .layout = CheckedLayout<16>(kLayout),
+};

@@ -1,0 +1,233 @@
+// Pan-tilt positioners carrying a thermal camera: 28682-byte record, retry
+// read, 512-byte form values. Presets, preset run strings, scans, tours and
+// groups have name tables whose slots are addressed by the id being edited;
+// any pending one-shot command answers 204.
+#include <string.h>
+
+#include "frame/settings_frame.h"
+#include "families/families.h"
+
+namespace {
+
+// A text slot per id at start + slotSize * id, the id taken from its id
+// field after that field's own key was merged, and used only below idLimit.
+// The addressing is shared with the daemon and has no bound of its own:
+// large ids reach into later tables and fields. A request without the text
+// (absent or empty) clears the slot's first clearWidth bytes.
+struct NameTable {
+  const char* key;
+  uint32_t start;
+  uint32_t slotSize;
+  uint32_t clearWidth;
+  Field id;  // the id row (merged by its own table)
+  uint32_t idLimit;
+};
+
+// Picture and maintenance settings, merged first.
+constexpr Field kPictureFields[] = {
+    // 28650: not set here
+    U8("AgcMode", 28651),
+    U8("ColorMode", 28652),
+    U8("Contrast", 28653),
+    U8("Brightness", 28654),
+    U8("AgcCenterPos", 28655),
+    U8("AgcLevel", 28656),
+    U8("LevelMode", 28657),
+    U8("MideLevel", 28658),
+    U8("SharpnessLevel", 28659),
+    U8("MirrorMode", 28660),
+    U8("FlipMode", 28661),
+    U8("ImageFreezeMode", 28662),
+    U8("InverseMode", 28663),
+    U8("CalibrationExecute", 28664, kCommand),
+    U8("CalibrationMode", 28665),
+    U16("CalibrationInterval", 28666),
+    U8("WiperModeCount", 28668),
+    U8("WiperDwellTime", 28669),
+    U8("WiperRun", 28670, kCommand),
+    U8("WiperStop", 28671, kCommand),
+    U8("LrfMode", 28672),
+    U8("LrfCheckTimer", 28673),
+    U8("WasherRun", 28674, kCommand),
+    U8("TempOsdDisplayMode", 28675),
+    U8("CoordinateDisplayMode", 28676),
+    U8("CameraIdDisplayMode", 28677),
+    U8("PtzIdDisplayMode", 28678),
+    U8("OsdConvertSize", 28679),
+    U8("CamCtlPage", 28680),
+    // 28681: not set here
+};
+
+constexpr Field kPositionAndAlarmFields[] = {
+    U8("FlipReverseMode", 0),
+    U8("RecoverOriginMode", 1),
+    U8("MotorTorque", 2),
+    U8("EndlessMode", 3),
+    U8("HomePosMode", 4),
+    U8("HomePosType", 5),
+    U8("HomePosSetId", 6),
+    U8("ZeroPosRunId", 7, kCommand),
+    // 8..21: not set here
+    U8("AlarmSetId", 22),
+    U8("AlarmSetSelectMode", 23),
+    U16("AlarmSetPreset", 24),
+    U8("AlarmSetPresetDwell", 26),
+    U8("AlarmSetEnable", 27),
+    U8("RelaySetEnable", 28),
+    U8("RelaySet", 29),
+    U8("AlarmClearId", 30),
+    // 31..543: not set here
+};
+
+// Presets: 544 on: names, 32 bytes per preset id.
+constexpr NameTable kPresetNames = {"PresetName", 544, 32, 16, U16("PresetSetId", 25888), kIdle << 8 | kIdle};
+constexpr Field kPresetSetId = U16("PresetSetId", 25888);  // 65535: no preset edited
+constexpr Field kPresetEnable = U8("PresetEnable", 25890);
+constexpr Field kPresetFields[] = {
+    U8("PresetDwellTime", 25891),
+    U8("PresetDetectEnable", 25892),
+    U8("PresetTempOsdEnable", 25893),
+    U8("PresetTempCenterEnable", 25894),
+    // 25895: not set here
+};
+// Seven measurement boxes (0..6) as four parallel arrays of halfwords.
+constexpr IndexedField kPresetBoxes[] = {
+    Indexed("PresetTopX%d", 0, 7, 25896, 2, FieldType::U16),
+    Indexed("PresetTopY%d", 0, 7, 25910, 2, FieldType::U16),
+    Indexed("PresetBotX%d", 0, 7, 25924, 2, FieldType::U16),
+    Indexed("PresetBotY%d", 0, 7, 25938, 2, FieldType::U16),
+};
+constexpr Field kPresetRunFields[] = {
+    U8("PresetTempEmissivityMode", 25952),
+    U8("PresetTempEmissivity", 25953),
+    U16("PresetAllClear", 25954),
+    U8("PresetRunId", 25956, kCommand),
+    U8("PresetRunSetId", 25957),
+};
+// 25958 on: run strings, 128 bytes per preset run id.
+constexpr NameTable kPresetRunStrings = {"PresetRunStr", 25958, 128, 128, U8("PresetRunSetId", 25957), kIdle};
+
+// Scans: 26502 on: names, 32 bytes per scan id.
+constexpr NameTable kScanNames = {"ScanSetName", 26502, 32, 16, U8("ScanSetId", 26766), kIdle};
+constexpr Field kScanSetFields[] = {
+    U8("ScanSetId", 26766),
+    U8("ScanStartId", 26767, kCommand),
+    U8("ScanEndId", 26768, kCommand),
+    U8("ScanSetEnable", 26769),
+    U8("ScanSetDirection", 26770),
+    U8("ScanSetSpeed", 26771),
+    U8("ScanSetDwellTime", 26772),
+};
+constexpr Field kScanRunFields[] = {
+    U8("ScanSetRunMode", 26773),
+    U8("ScanRunId", 26774, kCommand),
+    U8("ScanAllClear", 26775),
+    // 26776..26791: not set here
+};
+
+constexpr Field kPatternFields[] = {
+    U8("PatternSetId", 26792),
+    U8("PatternStartId", 26793, kCommand),
+    U8("PatternEndId", 26794, kCommand),
+    U8("PatternSetEnble", 26795),
+    U8("PatternSetRunMode", 26796),
+    U8("PatternRunId", 26797, kCommand),
+    U8("PatternAllClear", 26798),
+    // 26799..26807: not set here
+};
+
+// Tours: 26808 on: names, 32 bytes per tour id.
+constexpr NameTable kTourNames = {"TourSetName", 26808, 32, 16, U8("TourSetId", 27464), kIdle};
+constexpr Field kTourSetFields[] = {
+    U8("TourSetId", 27464),
+    U8("TourSetEnble", 27465),
+};
+constexpr Field kTourSetPrsEnble = U16("TourSetPrsEnble", 27466);
+constexpr IndexedField kTourSteps[] = {
+    Indexed("TourSetPrsId%d", 0, 16, 27468, 1, FieldType::U8),
+    Indexed("TourSetSpeed%d", 0, 16, 27484, 1, FieldType::U8),
+    Indexed("TourSetDwell%d", 0, 16, 27500, 1, FieldType::U8),
+};
+constexpr Field kTourRunFields[] = {
+    U8("TourRunId", 27516, kCommand),
+    U8("TourAllClear", 27517),
+    // 27518..27525: not set here
+};
+
+// Groups: 27526 on: names, 32 bytes per group id.
+constexpr NameTable kGroupNames = {"GroupSetName", 27526, 32, 16, U8("GroupSetId", 28550), kIdle};
+constexpr Field kGroupSetFields[] = {
+    U8("GroupSetId", 28550),
+    U8("GroupSetEnble", 28551),
+};
+constexpr IndexedField kGroupSteps[] = {
+    Indexed("GroupSetFuncType%d", 0, 16, 28552, 1, FieldType::U8),
+    Indexed("GroupSetFuncId%d", 0, 16, 28568, 2, FieldType::U16),
+    Indexed("GroupSetSpeed%d", 0, 16, 28600, 1, FieldType::U8),
+    Indexed("GroupSetDwell%d", 0, 16, 28616, 1, FieldType::U8),
+    Indexed("GroupSetRepeatCount%d", 0, 16, 28632, 1, FieldType::U8),
+};
+constexpr Field kGroupRunFields[] = {
+    U8("GroupRunId", 28648, kCommand),
+    U8("GroupAllClear", 28649),
+};
+
+// The name step: a posted text is copied with its NUL, at most slotSize-1
+// characters; then an empty value buffer clears the slot. A copy or a
+// clear that would reach past the record's end is skipped.
+void MergeName(const FormValue& form, const RecordView& record, const NameTable& table) {
+  const uint32_t id = StoredValue(record, table.id);
+  if (id >= table.idLimit) return;
+  const uint32_t slot = table.start + table.slotSize * id;  // below 2^22: no overflow
+  if (form.Lookup(table.key)) {
+    const size_t length = strnlen(form.Text(), table.slotSize - 1);
+    if (slot < record.size && length < record.size - slot) {
+      memcpy(record.bytes + slot, form.Text(), length);
+      record.bytes[slot + length] = '\0';
+    }
+  }
+  if (form.Empty() && slot < record.size && table.clearWidth <= record.size - slot)
+    memset(record.bytes + slot, 0, table.clearWidth);
+}
+
+template <const NameTable& Table>
+void MergeNameOf(const FormValue& form, const RecordView& record) {
+  MergeName(form, record, Table);
+}
+
+// Any pending one-shot command or start/end id (idle at 255) answers 204.
+constexpr Block kLayout[] = {
+    Fields(kPictureFields),
+    Fields(kPositionAndAlarmFields),
+    Fields(kPresetSetId),
+    Fields(kPresetEnable),
+    Own(MergeNameOf<kPresetNames>),
+    Fields(kPresetFields),
+    Steps(kPresetBoxes),
+    Fields(kPresetRunFields),
+    Own(MergeNameOf<kPresetRunStrings>),
+    Fields(kScanSetFields),
+    Own(MergeNameOf<kScanNames>),
+    Fields(kScanRunFields),
+    Fields(kPatternFields),
+    Fields(kTourSetFields),
+    Own(MergeNameOf<kTourNames>),
+    Fields(kTourSetPrsEnble),
+    Steps(kTourSteps),
+    Fields(kTourRunFields),
+    Fields(kGroupSetFields),
+    Own(MergeNameOf<kGroupNames>),
+    Steps(kGroupSteps),
+    Fields(kGroupRunFields),
+};
+
+}  // namespace
+
+constexpr SettingsFamily kThermalPtzPositioner = {
+    .recordSize = 28682,
+    .readPolicy = ReadPolicy::Retry,
+    .writeFailure = {-2, false},
+    .layout = CheckedLayout<28682>(kLayout),
+    .result = kUnlessPending,
+    .valueBufferSize = 512,
+};

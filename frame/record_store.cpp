@@ -1,0 +1,79 @@
+#include "frame/record_store.h"
+
+#include "device/device_paths.h"
+#include "filesys/atomic_file.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace {
+
+bool ArgumentsValid(const void* record, int32_t recordSize, const char* filePath) {
+  if (record && recordSize > 0 && filePath) return true;
+  // The record is not text: print where it is, not what it holds.
+  fprintf(stderr, "arg is wrong [a_conf:%p , a_confSize:%d , a_filePath=%s\n", record,
+          static_cast<int>(recordSize), filePath ? filePath : "(null)");
+  return false;
+}
+
+}  // namespace
+
+int ZrCamCtlReadConfFromFile(void* record, int32_t recordSize, const char* filePath) {
+  if (!ArgumentsValid(record, recordSize, filePath)) return -1;
+  FILE* file = fopen(filePath, "rb");
+  if (!file) {
+    fprintf(stderr, "fopen is failed [PATH:%s]\n", filePath);
+    return -2;
+  }
+  const size_t got = fread(record, 1, static_cast<size_t>(recordSize), file);
+  fclose(file);
+  if (got != static_cast<size_t>(recordSize)) {
+    fprintf(stderr, "fread is failed [sizeToRead:%d sizeToReaded:%d]\n", static_cast<int>(recordSize),
+            static_cast<int>(got));
+    return -3;
+  }
+  return recordSize;
+}
+
+int ZrCamCtlWriteConfToFile(const void* record, int32_t recordSize, const char* filePath) {
+  if (!ArgumentsValid(record, recordSize, filePath)) return -1;
+  Replacement replacement;
+  if (!OpenReplacement(replacement, filePath)) {
+    fprintf(stderr, "fopen is failed [PATH:%s]\n", filePath);
+    return -2;
+  }
+  const size_t put = fwrite(record, 1, static_cast<size_t>(recordSize), replacement.file);
+  if (put != static_cast<size_t>(recordSize)) {
+    fprintf(stderr, "fwrite is failed [sizeToWrite=%d sizeToWritten=%d]\n", static_cast<int>(recordSize),
+            static_cast<int>(put));
+    AbandonReplacement(replacement);
+    return -3;
+  }
+  // A full file system often shows only when the buffered bytes are
+  // flushed; what cannot be replaced (a directory, a mount point) could
+  // not be opened.
+  switch (CommitReplacement(replacement, filePath)) {
+    case 0: return recordSize;
+    case -1: fprintf(stderr, "fclose is failed [PATH:%s]\n", filePath); return -3;
+    default: fprintf(stderr, "fopen is failed [PATH:%s]\n", filePath); return -2;
+  }
+}
+
+void TakeSettingsLock() {
+  // A file on the RAM file system beside the daemons' pid files: always
+  // writable, even when the settings directory is read-only or full, and
+  // never read. Children (the shell commands) do not inherit it.
+  const int fd = open(device::kSettingsLockFile, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
+  if (fd >= 0) {
+    for (int waited = 0; waited < 2000; waited += 10) {
+      if (flock(fd, LOCK_EX | LOCK_NB) == 0) return;
+      if (errno != EWOULDBLOCK && errno != EINTR) break;
+      usleep(10000);
+    }
+    close(fd);
+  }
+  fputs("[TakeSettingsLock] lock not taken, saving unlocked\n", stderr);
+}

@@ -1,0 +1,110 @@
+// The frame every settings family shares: read the record with the family's
+// read policy, merge the posted keys by the family's layout (frame/layout.h),
+// write the record back, and answer by the family's result rule. A family is
+// one constant: its record size, policies, layout and, in code, only the
+// rules that are its own.
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "cgi/cgi_request.h"
+#include "frame/layout.h"
+#include "frame/record_view.h"
+
+inline constexpr int kValueBufferSize = 128;
+inline constexpr int kMaxValueBufferSize = 512;
+
+// What a failed record read does.
+enum class ReadPolicy : uint8_t {
+  Continue,       // report, merge into the buffer as it stands, write
+  ContinueInCgi,  // the same, with the " in Cgi" report
+  Abort,          // report into the error buffer, return -1, write nothing
+  Retry,          // three reads 100 ms apart, then -2, write nothing
+};
+
+// What a failed record write returns; some families flush the file systems first.
+struct WriteFailure {
+  int8_t result;
+  bool syncFirst;
+};
+
+// ---- Form values --------------------------------------------------------
+
+// The handler's value buffer: every lookup overwrites it, and the value is
+// converted right after its own lookup.
+struct FormValue {
+  char* buffer;
+  int size;
+
+  // True only when the key was posted with a value that fits the buffer.
+  bool Lookup(const char* key) const { return FormLookup(key, buffer, size) == LookupOk; }
+  // Looks up keyFormat with %d replaced by index.
+  bool LookupIndexed(const char* keyFormat, int index) const;
+  int32_t Int() const;
+  const char* Text() const { return buffer; }
+  bool Empty() const { return buffer[0] == '\0'; }
+};
+
+// ---- Result rules -------------------------------------------------------------
+
+enum class Answer : uint8_t {
+  ReturnPage,              // always 1
+  Bare,                    // always 0: the bare 204 answer
+  UnlessPending,           // 0 while a row of the layout holds a pending command, else 1
+  UnlessPendingIfModule,   // the same on modules whose row asks for it, else 1
+};
+struct ResultRule {
+  Answer answer;
+};
+inline constexpr ResultRule kReturnPage = {Answer::ReturnPage};
+inline constexpr ResultRule kBareAnswer = {Answer::Bare};
+inline constexpr ResultRule kUnlessPending = {Answer::UnlessPending};
+inline constexpr ResultRule kUnlessPendingIfModule = {Answer::UnlessPendingIfModule};
+
+// ---- The family ------------------------------------------------------------------
+
+struct SettingsFamily;
+// A family that handles more than one file runs its own frame.
+using OwnFrame = int (*)(const SettingsFamily& family, char* errorBuffer, const char* recordPath);
+
+struct SettingsFamily {
+  uint16_t recordSize;
+  ReadPolicy readPolicy;
+  WriteFailure writeFailure;
+  Layout layout;
+  ResultRule result = kReturnPage;
+  uint16_t valueBufferSize = kValueBufferSize;
+  OwnFrame ownFrame = nullptr;
+};
+
+// What a module's table row adds to its family.
+enum ModuleOption : uint8_t {
+  kNoOption = 0,
+  kAnswersPending = 1,  // UnlessPendingIfModule applies to this module
+};
+
+// ---- The frame ------------------------------------------------------------------
+
+// The steps of the frame; the record buffer lives on the stack.
+int RunSettingsFrame(const SettingsFamily& family, uint8_t moduleOption, char* errorBuffer, const char* recordPath);
+
+// The steps, for families that run their own frame.
+// ReadRecord: 0 to go on merging, or the handler's result when it must stop.
+// WriteRecord: 0 when stored, or the family's write-failure result.
+int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, char* errorBuffer);
+int WriteRecord(WriteFailure failure, const RecordView& record, const char* path, char* errorBuffer);
+void MergeLayout(const FormValue& form, const RecordView& record, const Layout& layout);
+bool LayoutPending(const RecordView& record, const Layout& layout);
+
+// Plain field: when the key is posted, its value (after the row's rule) is
+// stored with the row's width. True when it was posted.
+bool MergeField(const FormValue& form, const RecordView& record, const Field& field);
+// A text row that an absent or empty value clears whole.
+void MergeClearedText(const FormValue& form, const RecordView& record, const Field& text);
+// Stores a value with a row's width and rule, as a posted value would be.
+void StoreField(const RecordView& record, const Field& field, int32_t value);
+// The value a byte or halfword row holds.
+uint32_t StoredValue(const RecordView& record, const Field& field);
+// True while the row holds a pending command (by its trait).
+bool FieldPending(const RecordView& record, const Field& field);
