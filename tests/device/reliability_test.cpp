@@ -114,13 +114,15 @@ TEST(Reliability, OverlappingFisheyeAndPresetLabelSaves) {
 TEST(Reliability, HeldLockDelaysThenSaves) {
   DeviceRoot& root = DeviceRoot::Get();
   root.Reset();
+  root.WriteRecord("0J", Bytes(108, 0));
   const int fd = open(root.HostPath("/var/run/zrcamctl.lock").c_str(), O_RDWR);
   ASSERT_EQ(flock(fd, LOCK_EX), 0);
   const auto start = std::chrono::steady_clock::now();
   const Answer answer = root.Post("zrcamctlset.cgi", "AwbMode=3");
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1900));
   close(fd);
-  EXPECT_EQ(answer.err, "[TakeSettingsLock] lock not taken, saving unlocked\n");
+  EXPECT_EQ(answer.err, "[TakeSettingsLock] lock not taken, saving unlocked\n"
+                        "[SendSignalToZrCamCtlD] Send sig = [10] to zrcamctld. [OK]\n");
   EXPECT_EQ(root.ReadRecord("0J")->at(14), 3);
 }
 
