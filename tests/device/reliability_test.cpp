@@ -1,9 +1,13 @@
 // Overlapping saves keep every update, a reader never sees a short file,
 // and a save that fails or is killed leaves the old file whole.
 #include <gtest/gtest.h>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 #include "tests/device/device_root.h"
@@ -104,6 +108,22 @@ TEST(Reliability, OverlappingFisheyeAndPresetLabelSaves) {
   for (const auto& [slot, label] : {std::pair{20 + 64 * 2, "Gate"}, {20 + 64 * 6, "Yard"}})
     std::copy(label, label + 5, expected.begin() + slot);
   EXPECT_TRUE(root.ReadFile(presets) == std::string(expected.begin(), expected.end()));
+}
+
+// A lock held elsewhere is waited for about 2 s; then the save goes on.
+TEST(Reliability, HeldLockDelaysThenSaves) {
+  DeviceRoot& root = DeviceRoot::Get();
+  root.Reset();
+  root.WriteRecord("0J", Bytes(108, 0));
+  const int fd = open(root.HostPath("/var/run/zrcamctl.lock").c_str(), O_RDWR);
+  ASSERT_EQ(flock(fd, LOCK_EX), 0);
+  const auto start = std::chrono::steady_clock::now();
+  const Answer answer = root.Post("zrcamctlset.cgi", "AwbMode=3");
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1900));
+  close(fd);
+  EXPECT_EQ(answer.err, "[TakeSettingsLock] lock not taken, saving unlocked\n"
+                        "[SendSignalToZrCamCtlD] Send sig = [10] to zrcamctld. [OK]\n");
+  EXPECT_EQ(root.ReadRecord("0J")->at(14), 3);
 }
 
 TEST(Reliability, KilledSavesAndLinksLeaveFilesWhole) {

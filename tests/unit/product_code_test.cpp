@@ -1,5 +1,7 @@
-// The product-code reader and the record path.
+// The product-code reader, the record path and the module table.
 #include <gtest/gtest.h>
+
+#include <string.h>
 
 #include <string>
 
@@ -8,48 +10,59 @@
 
 namespace {
 
-int Parse(std::string text, char* out, int key = 1, std::string* err = nullptr) {
+TEST(ProductCode, ParseAndRecordPath) {
+  const std::string p62(62, 'p'), p63(63, 'p'), p64(64, 'p');
+  const char* kCode = "ABCDEFGHIJKLMNOPQRS0D";
+  // The value read (at most 63 characters) and its length, or the path made; then stderr.
+  struct Case { const char* name; std::string text; int key, size; int want; std::string out; };
+  const Case cases[] = {
+      {"among others", "QEF_STR0=\"a\";\nQEF_STR1=\"" + std::string(kCode) + "\";\nQEF_STR2=\"z\";", 1, 0, 21, kCode},
+      {"last key", "QEF_STR7=\"last\";", 7, 0, 4, "last"},
+      {"empty", "QEF_STR1=\"\";", 1, 0, 0, ""},
+      {"62 characters", "QEF_STR1=\"" + p62 + "\";", 1, 0, 62, p62},
+      {"63 characters", "QEF_STR1=\"" + p63 + "\";", 1, 0, 63, p63},
+      {"64 characters", "QEF_STR1=\"" + p64 + "\";", 1, 0, 63, p63},
+      {"no end", "QEF_STR1=\"ABC\"\n", 1, 0, -1, "qet_get_and_init_pn_code():strstr(\";) error for end\n"},
+      {"no quote", "QEF_STR1=ABC;", 1, 0, -1, "qet_get_and_init_pn_code():strstr(QEF_STR1=\") error for start\n"},
+      {"path", kCode, -1, 256, 0, "/opt/kfp/etc/ZrConf/ZrCamCtlConf0D.bin"},
+      {"22 characters", std::string(kCode) + "X", -1, 256, 0, "/opt/kfp/etc/ZrConf/ZrCamCtlConf0D.bin"},
+      {"20 characters", "ABCDEFGHIJKLMNOPQRS0", -1, 256, -2, "pnCodeLength is not correct[pnCodeLength=20]\n"},
+      {"38 in 40", kCode, -1, 40, 0, "/opt/kfp/etc/ZrConf/ZrCamCtlConf0D.bin"},
+      {"38 in 39", kCode, -1, 39, 0, "/opt/kfp/etc/ZrConf/ZrCamCtlConf0D.bin"},
+      {"38 in 38", kCode, -1, 38, -3,
+       "strlen(value)>=a_filePathBufferLength [strlen(value)=38 a_filePathBufferLength=38]\n"},
+  };
+  for (const Case& k : cases) {
+    char out[kPnCodeBufferSize + 200];
+    memset(out, 'X', sizeof out);
+    std::string text = k.text;
+    testing::internal::CaptureStderr();
+    const int r = k.key >= 0 ? ParseQefString(text.data(), k.key, out) : MakeCamCtlConfPath(out, k.size, text.c_str());
+    const std::string err = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(r, k.want) << k.name;
+    EXPECT_EQ(r < 0 ? err : std::string(out), k.out) << k.name;
+    EXPECT_EQ(r < 0 ? 'X' : out[kPnCodeBufferSize], 'X') << k.name;  // nothing written past 64 bytes
+  }
   testing::internal::CaptureStderr();
-  const int r = ParseQefString(text.data(), key, out);
-  const std::string e = testing::internal::GetCapturedStderr();
-  if (err) *err = e;
-  return r;
+  EXPECT_EQ(MakeCamCtlConfPath(nullptr, 256, kCode) * 10 + MakeCamCtlConfPath(gPnCode, 64, nullptr), -11);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "a_filePath or a_pnCode is null\na_filePath or a_pnCode is null\n");
 }
 
-TEST(ProductCode, ExtractsTheQuotedValue) {
-  char out[kPnCodeBufferSize] = {};
-  std::string err;
-  EXPECT_EQ(Parse("QEF_STR0=\"a\";\nQEF_STR1=\"ABCDEFGHIJKLMNOPQRS0D\";\nQEF_STR2=\"z\";", out), 21);
-  EXPECT_STREQ(out, "ABCDEFGHIJKLMNOPQRS0D");
-  EXPECT_EQ(Parse("QEF_STR7=\"last\";", out, 7), 4);
-  EXPECT_EQ(Parse("QEF_STR1=\"\";", out), 0);
-
-  EXPECT_EQ(Parse("QEF_STR1=\"ABC\"\n", out, 1, &err), -1);
-  EXPECT_EQ(err, "qet_get_and_init_pn_code():strstr(\";) error for end\n");
-  EXPECT_EQ(Parse("QEF_STR1=ABC;", out, 1, &err), -1);  // no opening quote
-  EXPECT_EQ(err, "qet_get_and_init_pn_code():strstr(QEF_STR1=\") error for start\n");
-
-  // Cut to 63 characters in the 64-byte buffer.
-  char bounded[kPnCodeBufferSize + 8];
-  memset(bounded, 'X', sizeof bounded);
-  EXPECT_EQ(Parse("QEF_STR1=\"" + std::string(200, 'p') + "\";", bounded), 63);
-  EXPECT_EQ(std::string(bounded), std::string(63, 'p'));
-  EXPECT_EQ(bounded[64], 'X');
-}
-
-TEST(ProductCode, RecordPath) {
-  char path[256];
-  EXPECT_EQ(MakeCamCtlConfPath(path, 256, "ABCDEFGHIJKLMNOPQRS0D"), 0);
-  EXPECT_STREQ(path, "/opt/kfp/etc/ZrConf/ZrCamCtlConf0D.bin");
+// Without the driver's file (the host) the product code cannot be read.
+TEST(ProductCode, WithoutTheDriver) {
+  const std::string noStart = "qet_get_and_init_pn_code():strstr(QEF_STR1=\") error for start\n";
+  char out[kPnCodeBufferSize] = "junk";
   testing::internal::CaptureStderr();
-  EXPECT_EQ(MakeCamCtlConfPath(path, 256, "ABCDEFGHIJKLMNOPQRS0"), -2);
-  EXPECT_EQ(MakeCamCtlConfPath(nullptr, 256, "ABCDEFGHIJKLMNOPQRS0D"), -1);
-  EXPECT_EQ(MakeCamCtlConfPath(path, 38, "ABCDEFGHIJKLMNOPQRS0D"), -3);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "pnCodeLength is not correct[pnCodeLength=20]\n"
-            "a_filePath or a_pnCode is null\n"
-            "strlen(value)>=a_filePathBufferLength [strlen(value)=38 a_filePathBufferLength=38]\n");
-  EXPECT_EQ(MakeCamCtlConfPath(path, 39, "ABCDEFGHIJKLMNOPQRS0D"), 0);
+  EXPECT_EQ(PnCodeUtilQefStrRead(out, 8), -1);
+  EXPECT_EQ(PnCodeUtilQefStrRead(out, 7), -1);
+  EXPECT_EQ(GetExtCamId(), -1);
+  std::string want = "PnCodeUtilQefStrRead():KeyOffset=8 error\n"
+                     "qet_get_and_init_pn_code():strstr(QEF_STR7=\") error for start\n";
+  want += noStart + "PnCodeUtilRead is failed\n";
+  std::string err = testing::internal::GetCapturedStderr(), ours;  // less what cat says
+  for (size_t at = 0, nl; (nl = err.find('\n', at)) != std::string::npos; at = nl + 1)
+    if (err.substr(at, nl - at).find("qe_basic_conf") == std::string::npos) ours += err.substr(at, nl + 1 - at);
+  EXPECT_EQ(ours, want);
 }
 
 TEST(ModuleTable, RowsAndCodes) {

@@ -1,9 +1,12 @@
 // Whole-record reads and writes with their results and messages.
 #include <gtest/gtest.h>
+#include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -16,73 +19,76 @@ namespace {
 
 class RecordStore : public ::testing::Test {
  protected:
-  void SetUp() override {
-    char dir[] = "/tmp/zrstore.XXXXXX";
-    ASSERT_NE(mkdtemp(dir), nullptr);
-    dir_ = dir;
-    path_ = dir_ + "/rec.bin";
-  }
-  void TearDown() override { (void)!system(("rm -rf " + dir_).c_str()); }
-  void WriteRaw(const std::string& bytes) { std::ofstream(path_, std::ios::binary) << bytes; }
-  std::string ReadRaw() {
-    std::ifstream in(path_, std::ios::binary);
+  void SetUp() override { ASSERT_NE(mkdtemp(dir.data()), nullptr); }
+  void TearDown() override { (void)!system(("rm -rf " + dir).c_str()); }
+  std::string ReadRaw(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), {});
   }
-  std::string dir_, path_;
+  std::string dir = "/tmp/zrstore.XXXXXX";
 };
 
-TEST_F(RecordStore, BadArgumentsTouchNothing) {
-  char record[4] = {1, 2, 3, 4};
-  for (int size : {0, -1}) {
+TEST_F(RecordStore, ReadsAndWrites) {
+  // The file before ("-": none, "/": a directory), the call, its result, the
+  // record or the file afterwards, and what went to stderr ("@" is the path).
+  struct Case { const char* name; const char* before; char op; int size; int want; std::string after, err; };
+  const Case cases[] = {
+      {"write", "old", 'w', 4, 4, "abcd", ""},
+      {"write 1", "-", 'w', 1, 1, "a", ""},
+      {"read", "wxyz", 'r', 4, 4, "wxyz", ""},
+      {"read of a longer file", "wxyz!", 'r', 4, 4, "wxyz", ""},
+      {"short read", "wxy", 'r', 4, -3, "wxy", "fread is failed [sizeToRead:4 sizeToReaded:3]\n"},
+      {"no file", "-", 'r', 4, -2, "abcd", "fopen is failed [PATH:@]\n"},
+      {"no directory", "-", 'W', 4, -2, "", "fopen is failed [PATH:@/no/such.bin]\n"},
+      {"a directory", "/", 'w', 4, -2, "", "fopen is failed [PATH:@]\n"},
+      {"write size 0", "old", 'w', 0, -1, "old", " , a_confSize:0 , a_filePath=@\n"},
+      {"write size -1", "-", 'w', -1, -1, "", " , a_confSize:-1 , a_filePath=@\n"},
+      {"read size 0", "wxyz", 'r', 0, -1, "abcd", " , a_confSize:0 , a_filePath=@\n"},
+      {"null record", "wxyz", 'n', 4, -1, "wxyz", " , a_confSize:4 , a_filePath=@\n"},
+      {"null path", "wxyz", 'p', 4, -1, "wxyz", " , a_confSize:4 , a_filePath=(null)\n"},
+  };
+  for (const Case& k : cases) {
+    const std::string path = dir + "/" + k.name;
+    if (k.before[0] == '/') mkdir(path.c_str(), 0755);
+    if (k.before[0] != '/' && k.before[0] != '-') std::ofstream(path, std::ios::binary) << k.before;
+    char record[8] = "abcd";
     testing::internal::CaptureStderr();
-    EXPECT_EQ(ZrCamCtlWriteConfToFile(record, size, path_.c_str()), -1);
-    const std::string err = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(err.rfind("arg is wrong [a_conf:", 0), 0u) << err;
-    EXPECT_NE(err.find(" , a_confSize:" + std::to_string(size) + " , a_filePath=" + path_ + "\n"), std::string::npos);
-    EXPECT_EQ(ZrCamCtlReadConfFromFile(record, size, path_.c_str()), -1);
+    int r = 0;
+    if (k.op == 'w') r = ZrCamCtlWriteConfToFile(record, k.size, path.c_str());
+    if (k.op == 'W') r = ZrCamCtlWriteConfToFile(record, k.size, (path + "/no/such.bin").c_str());
+    if (k.op == 'r') r = ZrCamCtlReadConfFromFile(record, k.size, path.c_str());
+    if (k.op == 'n') r = ZrCamCtlReadConfFromFile(nullptr, k.size, path.c_str()) + ZrCamCtlWriteConfToFile(nullptr, k.size, path.c_str()) + 1;
+    if (k.op == 'p') r = ZrCamCtlReadConfFromFile(record, k.size, nullptr) + ZrCamCtlWriteConfToFile(record, k.size, nullptr) + 1;
+    std::string err = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(r, k.want) << k.name;
+    EXPECT_EQ(k.op == 'r' ? std::string(record, 4).substr(0, k.after.size()) : k.before[0] == '/' ? "" : ReadRaw(path), k.after) << k.name;
+    if (err.rfind("arg is wrong [a_conf:", 0) == 0) err = err.substr(err.find(" , "), err.find('\n') - err.find(" , ") + 1);
+    for (size_t at; (at = err.find(path)) != std::string::npos;) err.replace(at, path.size(), "@");
+    EXPECT_EQ(err, k.err) << k.name;
   }
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(ZrCamCtlReadConfFromFile(nullptr, 4, path_.c_str()), -1);
-  EXPECT_EQ(ZrCamCtlReadConfFromFile(record, 4, nullptr), -1);
-  testing::internal::GetCapturedStderr();
-  EXPECT_NE(access(path_.c_str(), F_OK), 0);
 }
 
-TEST_F(RecordStore, FailedWritesAreReported) {
-  uint8_t record[20] = {};
-  testing::internal::CaptureStderr();
-  const std::string inMissingDir = dir_ + "/no/such.bin";
-  EXPECT_EQ(ZrCamCtlWriteConfToFile(record, 20, inMissingDir.c_str()), -2);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "fopen is failed [PATH:" + inMissingDir + "]\n");
-
-  // No room (a file size limit stands in for a full disk): the bytes fit
-  // the stream's buffer and fail at the flush; larger ones fail at the
-  // write. Either way the old file stays whole and no temporary is left.
-  WriteRaw("old");
+TEST_F(RecordStore, FullDiskKeepsTheOldFile) {
+  // A file size limit stands in for a full disk: the bytes fit the stream's
+  // buffer and fail at the flush; larger ones fail at the write. Either way
+  // the old file stays whole and no temporary is left.
+  const std::string path = dir + "/rec.bin";
+  std::ofstream(path, std::ios::binary) << "old";
   signal(SIGXFSZ, SIG_IGN);
   rlimit old;
   getrlimit(RLIMIT_FSIZE, &old);
   const rlimit tiny = {100, old.rlim_max};  // room for the diagnostics, not the record
   setrlimit(RLIMIT_FSIZE, &tiny);
+  const std::vector<uint8_t> small(200), big(300000);
   testing::internal::CaptureStderr();
-  const std::vector<uint8_t> small(200);
-  EXPECT_EQ(ZrCamCtlWriteConfToFile(small.data(), 200, path_.c_str()), -3);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "fclose is failed [PATH:" + path_ + "]\n");
-  std::vector<uint8_t> big(300000);
+  EXPECT_EQ(ZrCamCtlWriteConfToFile(small.data(), 200, path.c_str()), -3);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "fclose is failed [PATH:" + path + "]\n");
   testing::internal::CaptureStderr();
-  EXPECT_EQ(ZrCamCtlWriteConfToFile(big.data(), 300000, path_.c_str()), -3);
-  EXPECT_EQ(testing::internal::GetCapturedStderr().rfind("fwrite is failed [sizeToWrite=300000 sizeToWritten=", 0),
-            0u);
+  EXPECT_EQ(ZrCamCtlWriteConfToFile(big.data(), 300000, path.c_str()), -3);
+  EXPECT_EQ(testing::internal::GetCapturedStderr().rfind("fwrite is failed [sizeToWrite=300000 sizeToWritten=", 0), 0u);
   setrlimit(RLIMIT_FSIZE, &old);
-  EXPECT_EQ(ReadRaw(), "old");
-  // A directory at the path cannot be replaced.
-  const std::string directory = dir_ + "/directory";
-  mkdir(directory.c_str(), 0755);
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(ZrCamCtlWriteConfToFile(record, 20, directory.c_str()), -2);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "fopen is failed [PATH:" + directory + "]\n");
-  rmdir(directory.c_str());
-  EXPECT_EQ(system(("test $(ls -A " + dir_ + " | wc -l) -eq 1").c_str()), 0);
+  EXPECT_EQ(ReadRaw(path), "old");
+  EXPECT_EQ(system(("test $(ls -A " + dir + " | wc -l) -eq 1").c_str()), 0);
 }
 
 }  // namespace

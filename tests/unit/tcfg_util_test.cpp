@@ -2,351 +2,231 @@
 // columns, the line table and its limit, files on disk and their failures.
 #include <gtest/gtest.h>
 
+#include <stdint.h>
 #include <stdlib.h>
-#include <string.h>
-#include <sys/stat.h>
 
 #include <filesystem>
+#include <functional>
+#include <initializer_list>
 #include <fstream>
 #include <iterator>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "tcfg/tcfg_util.h"
 
 namespace {
 
-struct CfgDeleter {
-  void operator()(tcfg* cfg) const { free_cfg(cfg); }
-};
+struct CfgDeleter { void operator()(tcfg* cfg) const { free_cfg(cfg); } };
 using Cfg = std::unique_ptr<tcfg, CfgDeleter>;
-
 Cfg Mem(const std::string& text) { return Cfg(create_mem_cfg(text.data(), text.size())); }
-
-std::vector<std::string> Lines(const tcfg* cfg) {
-  std::vector<std::string> lines;
-  for (int i = 0; i < cfg->lineCount; ++i) lines.emplace_back(cfg->lines[i]);
+std::string Lines(const tcfg* cfg) {  // every line, "|" between them
+  std::string lines;
+  for (int i = 0; i < cfg->lineCount; ++i) lines += (i ? "|" : "") + std::string(cfg->lines[i]);
   return lines;
 }
-
-std::string Value(tcfg* cfg, const char* key, int* line = nullptr) {
-  char out[kTcfgValueSize];
-  const int found = get_cfg_value(cfg, key, out, sizeof out);
-  if (line) *line = found;
-  return found < 0 ? "<none>" : out;
-}
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-void WriteFile(const std::string& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
-}
-
-// What a call wrote to standard error.
 template <typename F>
 std::string StderrOf(F call) {
   testing::internal::CaptureStderr();
   call();
   return testing::internal::GetCapturedStderr();
 }
+std::string ReadFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+void WriteFile(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
 
+// One call on a fresh in-memory object. get: key, out size a, occurrence b,
+// start c. set: key, arg, occurrence b, start c. col: row a, col b,
+// delimiters key, out size c. row: key column a, key, col b, occurrence c,
+// blank-delimited. put: key column a, key, col b, arg, occurrence c,
+// colon-delimited. lines: the split alone. The result: the return value,
+// the value read or every line afterwards, and what went to stderr.
+struct Case { const char *name, *op; std::string text; const char *key, *arg; int a, b, c; std::string want; };
+
+std::string Call(const Case& k) {
+  Cfg cfg = Mem(k.text);
+  char out[kTcfgValueSize + 8] = "junk";
+  const std::string op = k.op;
+  int r = cfg->lineCount;
+  const std::string err = StderrOf([&] {
+    if (op == "get") r = get_cfg_value(cfg.get(), k.key, out, k.a, k.b, k.c);
+    if (op == "set") r = set_cfg_value(cfg.get(), k.key, k.arg, k.b, k.c);
+    if (op == "col") r = get_cfg_col(cfg.get(), k.a, k.b, k.key, out, k.c);
+    if (op == "row") r = find_cfg_row(cfg.get(), k.a, k.key, k.b, " ", out, sizeof out, k.c);
+    if (op == "put") r = set_cfg_col(cfg.get(), k.a, k.key, k.b, ":", k.arg, k.c);
+  });
+  const bool read = op == "get" || op == "col" || op == "row";
+  return std::to_string(r) + " " + (read ? std::string(out) : Lines(cfg.get())) + (err.empty() ? "" : " ! " + err);
+}
+
+TEST(Tcfg, Cases) {
+  const char* kKeys = "CENTER_XY=1\nCENTER_X2=5\n CENTER_X=6\n#CENTER_X=7\nCENTER_X\t8\n";
+  const char* kRepeat = "A=1\nA=2\nB=0\nA=3\n";
+  const char* kOdd = "=5\nNOVALUE\nOPEN=\"abc\nTRAIL= \t \nD=#only comment\nE = \"\"\nF=x;y;z\n";
+  const char* kNet = "  eth0 \t192.168.0.1\t\t255.255.255.0\n\"my cam\",'x',y\"z\n";
+  const char* kUsers = "user admin 1\ngroup admin x\nuser guest 0\n\"user\" quoted 2\nuser\nusers many 3\n";
+  const char* kPasswd = "root:\"x\":0:0\nguest:'x':1000:100\nguest:y:1001:100\n";
+  const std::string v127(127, '7'), v128(128, '8'), k127 = "K=" + v127, k128 = "K = '" + v128 + "' # kept";
+  const std::string kShort = " ! insufficient string buffer size\n", kLarge = " ! too large col\n";
+  std::string wide;  // 130 columns
+  for (int i = 0; i < 130; ++i) wide += "c" + std::to_string(i) + " ";
+  const Case cases[] = {
+      {"breaks collapse", "lines", "A=1\r\n\r\n\r\nB=2\rC=3\n\n\nD=4", "", "", 0, 0, 0, "4 A=1|B=2|C=3|D=4"},
+      {"only breaks", "lines", "\r\n\n\r", "", "", 0, 0, 0, "0 "},
+      {"ends at a NUL", "lines", std::string("A=1\nB=2\0\nC=3\n", 13), "", "", 0, 0, 0, "2 A=1|B=2"},
+      {"whole key only", "get", kKeys, "CENTER_X", "", 128, 0, 0, "4 8"},
+      {"key prefix", "get", kKeys, "CENTER", "", 128, 0, 0, "-1 "},
+      {"key too long", "get", kKeys, "CENTER_XYZ", "", 128, 0, 0, "-1 "},
+      {"separators", "get", "A = =\t= 1\n", "A", "", 128, 0, 0, "0 1"},
+      {"inner blanks kept", "get", "B = a b\t c  \t\n", "B", "", 128, 0, 0, "0 a b\t c"},
+      {"2nd occurrence", "get", kRepeat, "A", "", 128, 1, 0, "1 2"},
+      {"3rd occurrence", "get", kRepeat, "A", "", 128, 2, 0, "3 3"},
+      {"from line 2", "get", kRepeat, "A", "", 128, 0, 2, "3 3"},
+      {"2nd from line 1", "get", kRepeat, "A", "", 128, 1, 1, "3 3"},
+      {"no 4th", "get", kRepeat, "A", "", 128, 3, 0, "-1 "},
+      {"no 2nd from line 2", "get", kRepeat, "A", "", 128, 1, 2, "-1 "},
+      {"start past end", "get", kRepeat, "A", "", 128, 0, 4, "-1 "},
+      {"occurrence -1", "get", kRepeat, "A", "", 128, -1, 0, "-1 "},
+      {"start -1", "get", kRepeat, "A", "", 128, 0, -1, "-1 "},
+      {"empty key", "get", kOdd, "", "", 128, 0, 0, "0 5"},
+      {"no separator", "get", kOdd, "NOVALUE", "", 128, 0, 0, "-1 "},
+      {"open quote", "get", kOdd, "OPEN", "", 128, 0, 0, "2 abc"},
+      {"blanks only", "get", kOdd, "TRAIL", "", 128, 0, 0, "3 "},
+      {"comment only", "get", kOdd, "D", "", 128, 0, 0, "4 "},
+      {"empty quotes", "get", kOdd, "E", "", 128, 0, 0, "5 "},
+      {"semicolon ends", "get", kOdd, "F", "", 128, 0, 0, "6 x"},
+      {"127 in 128", "get", k127, "K", "", 128, 0, 0, "0 " + v127},
+      {"128 in 128", "get", k128, "K", "", 128, 0, 0, "-1 " + kShort},
+      {"5 in 6", "get", "K=12345", "K", "", 6, 0, 0, "0 12345"},
+      {"5 in 5", "get", "K=12345", "K", "", 5, 0, 0, "-1 " + kShort},
+      {"size 0", "get", "K=12345", "K", "", 0, 0, 0, "-1 junk"},
+      {"set keeps comment", "set", "CENTER_X = 320 # pixels", "CENTER_X", "400", 0, 0, 0, "0 CENTER_X = 400 # pixels"},
+      {"set in quotes", "set", "CENTER_Y=\"240\";", "CENTER_Y", "400", 0, 0, 0, "0 CENTER_Y=\"400\";"},
+      {"set single quotes", "set", "R\t'300' ; outer", "R", "12345", 0, 0, 0, "0 R\t'12345' ; outer"},
+      {"set no such key", "set", "CENTER_XY=1", "CENTER_X", "2", 0, 0, 0, "-1 CENTER_XY=1"},
+      {"set keeps blanks", "set", "B = a b\t c  \t", "B", "d", 0, 0, 0, "0 B = d  \t"},
+      {"set empty value", "set", "C =", "C", "5", 0, 0, 0, "0 C =5"},
+      {"set before comment", "set", "D=#c", "D", "6", 0, 0, 0, "0 D=6#c"},
+      {"set to empty", "set", "F=x;y;z", "F", "", 0, 0, 0, "0 F=;y;z"},
+      {"set 3rd", "set", kRepeat, "A", "9", 0, 2, 0, "0 A=1|A=2|B=0|A=9"},
+      {"set past end", "set", kRepeat, "A", "9", 0, 0, 4, "-1 A=1|A=2|B=0|A=3"},
+      {"set no value", "set", "NOVALUE", "NOVALUE", "7", 0, 0, 0, "-1 NOVALUE"},
+      {"set over 127", "set", k127, "K", "1", 0, 0, 0, "0 K=1"},
+      {"set over 128", "set", k128, "K", "1", 0, 0, 0, "-1 " + k128 + kShort},
+      {"column 0", "col", kNet, " \t", "", 0, 0, 128, "0 eth0"},
+      {"column 1", "col", kNet, " \t", "", 0, 1, 128, "0 192.168.0.1"},
+      {"last column", "col", kNet, " \t", "", 0, 2, 128, "0 255.255.255.0"},
+      {"past last column", "col", kNet, " \t", "", 0, 3, 128, "-1 "},
+      {"quoted column", "col", kNet, ",", "", 1, 0, 128, "0 my cam"},
+      {"single quotes", "col", kNet, ",", "", 1, 1, 128, "0 x"},
+      {"quote ends", "col", kNet, ",", "", 1, 2, 128, "0 y"},
+      {"no delimiters", "col", kNet, "", "", 0, 0, 128, "0   eth0 \t192.168.0.1\t\t255.255.255.0"},
+      {"row -1", "col", kNet, ",", "", -1, 0, 128, "-1 "},
+      {"row past end", "col", kNet, ",", "", 2, 0, 128, "-1 "},
+      {"column -1", "col", kNet, ",", "", 0, -1, 128, "-1 "},
+      {"4 in 5", "col", kNet, " ", "", 0, 0, 5, "0 eth0"},
+      {"4 in 4", "col", kNet, " ", "", 0, 0, 4, "-1 " + kShort},
+      {"col size 0", "col", kNet, " ", "", 0, 0, 0, "-1 junk"},
+      {"column 127", "col", wide, " ", "", 0, 127, 128, "0 c127"},
+      {"column 128", "col", wide, " ", "", 0, 128, 128, "-1 "},
+      {"column 129", "col", wide, " ", "", 0, 129, 128, "-1 " + kLarge},
+      {"row", "row", kUsers, "user", "", 0, 1, 0, "0 admin"},
+      {"2nd row", "row", kUsers, "user", "", 0, 2, 1, "2 0"},
+      {"quoted key", "row", kUsers, "user", "", 0, 1, 2, "3 quoted"},
+      {"no such column", "row", kUsers, "user", "", 0, 1, 3, "-1 "},
+      {"no 5th row", "row", kUsers, "user", "", 0, 1, 4, "-1 "},
+      {"key prefix", "row", kUsers, "use", "", 0, 1, 0, "-1 "},
+      {"key column 1", "row", kUsers, "admin", "", 1, 2, 1, "1 x"},
+      {"row occurrence -1", "row", kUsers, "user", "", 0, 1, -1, "-1 "},
+      {"row column 129", "row", kUsers, "user", "", 0, 129, 0, "-1 " + kLarge},
+      {"key column 129", "row", kUsers, "user", "", 129, 0, 0, "-1 " + kLarge},
+      {"short row skipped", "row", "x k\ny\nk\n", "k", "", 1, 0, 1, "-1 "},
+      {"put", "put", kPasswd, "guest", "secret", 0, 1, 0, "0 root:\"x\":0:0|guest:'secret':1000:100|guest:y:1001:100"},
+      {"put 2nd", "put", kPasswd, "guest", "2000", 0, 2, 1, "0 root:\"x\":0:0|guest:'x':1000:100|guest:y:2000:100"},
+      {"put no row", "put", kPasswd, "nobody", "z", 0, 1, 0, "-1 root:\"x\":0:0|guest:'x':1000:100|guest:y:1001:100"},
+      {"put no column", "put", "root:x", "root", "z", 0, 9, 0, "-1 root:x"},
+      {"put column 200", "put", "root:x", "root", "z", 0, 200, 0, "-1 root:x" + kLarge},
+      {"put over 127", "put", "k:" + v127, "k", "z", 0, 1, 0, "0 k:z"},
+      {"put over 128", "put", "k:" + v128, "k", "z", 0, 1, 0, "-1 k:" + v128 + kShort},
+  };
+  for (const Case& k : cases) EXPECT_EQ(Call(k), k.want) << k.name;
+}
+
+// Steps on files and on one object, each after the one before.
 class TcfgFiles : public ::testing::Test {
  protected:
-  void SetUp() override {
-    char pattern[] = "/tmp/tcfg_test.XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    dir = pattern;
-  }
+  void SetUp() override { ASSERT_NE(mkdtemp(dir.data()), nullptr); }
   void TearDown() override { std::filesystem::remove_all(dir); }
-  std::string Path(const char* name) const { return dir + "/" + name; }
-
-  // new_cfg and load_cfg on a file holding `text`.
-  Cfg Load(const std::string& path, const std::string& text) {
-    WriteFile(path, text);
-    Cfg cfg(new_cfg(path.c_str(), false));
-    EXPECT_NE(cfg, nullptr);
-    if (cfg) {
-      EXPECT_GE(load_cfg(cfg.get()), 0);
-    }
-    return cfg;
-  }
-
-  std::string dir;
+  std::string dir = "/tmp/tcfg_test.XXXXXX";
 };
 
-// --- "KEY = value" lines ---------------------------------------------------
-
-// The cases of tests/unit/data/tcfg.cases: each line an operation on a text
-// and what it must give, written back in the same form and compared.
-std::string Quote(const std::string& s) {
-  std::string q = "\"";
-  for (const char c : s) q += c == '\n' ? std::string("\\n") : c == '\t' ? std::string("\\t") : c == '"' || c == '\\' ? std::string("\\") + c : std::string(1, c);
-  return q + "\"";
-}
-
-std::vector<std::string> Tokens(const std::string& line) {
-  std::vector<std::string> tokens;
-  for (size_t i = 0; i < line.size(); ++i) {
-    if (line[i] == ' ') continue;
-    std::string t;
-    if (line[i] != '"') {
-      for (; i < line.size() && line[i] != ' '; ++i) t += line[i];
-    } else {
-      for (++i; line[i] != '"'; ++i) t += line[i] != '\\' ? line[i] : line[++i] == 'n' ? '\n' : line[i] == 't' ? '\t' : line[i];
-    }
-    tokens.push_back(t);
-  }
-  return tokens;
-}
-
-TEST(Tcfg, RecordedCases) {
-  std::ifstream in(ZRCAMCTL_TCFG_CASES);
-  int cases = 0;
-  for (std::string line; std::getline(in, line);) {
-    if (line.empty() || line[0] == '#') continue;
-    const std::vector<std::string> t = Tokens(line);
-    Cfg cfg = Mem(t.at(1));
-    char out[kTcfgValueSize] = "junk";
-    auto n = [&](size_t i) { return std::stoi(t.at(i)); };
-    int result;
-    std::string lines;
-    if (t[0] == "get") {
-      result = get_cfg_value(cfg.get(), t[2].c_str(), out, sizeof out, n(3), n(4));
-    } else if (t[0] == "set") {
-      result = set_cfg_value(cfg.get(), t[2].c_str(), t[3].c_str(), n(4), n(5));
-      for (const std::string& l : Lines(cfg.get())) lines += (lines.empty() ? "" : "\n") + l;
-    } else if (t[0] == "col") {
-      result = get_cfg_col(cfg.get(), n(2), n(3), t[4].c_str(), out, sizeof out);
-    } else {
-      result = find_cfg_row(cfg.get(), n(2), t[3].c_str(), n(4), " ", out, sizeof out, n(5));
-    }
-    EXPECT_EQ(line.substr(0, line.find(" -> ")) + " -> " + std::to_string(result) + " " + Quote(t[0] == "set" ? lines : out), line);
-    ++cases;
-  }
-  EXPECT_GT(cases, 60);
-}
-
-TEST(TcfgValues, RepeatedReplacementOfALongLine) {
-  const std::string tail = " # " + std::string(1000, 'c');
-  Cfg cfg = Mem("K = 1" + tail + "\n");
-  ASSERT_EQ(set_cfg_value(cfg.get(), "K", ""), 0);
-  ASSERT_EQ(set_cfg_value(cfg.get(), "K", "5"), 0);
-  EXPECT_EQ(Lines(cfg.get())[0], "K =  5" + tail.substr(1));
-  EXPECT_EQ(Value(cfg.get(), "K"), "5");
-  // A value is written as given; only reading it back is bounded.
-  const std::string v300(300, 'v');
-  EXPECT_EQ(set_cfg_value(cfg.get(), "K", v300.c_str()), 0);
-  EXPECT_EQ(Lines(cfg.get())[0], "K =  " + v300 + tail.substr(1));
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(Value(cfg.get(), "K"), "<none>"); }), "insufficient string buffer size\n");
-}
-
-TEST(TcfgValues, BuffersAndNullArguments) {
-  const std::string v128(128, '8');
-  Cfg cfg = Mem("K128 = \"" + v128 + "\" # kept\nK=12345\n");
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(Value(cfg.get(), "K128"), "<none>"); }), "insufficient string buffer size\n");
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(set_cfg_value(cfg.get(), "K128", "1"), -1); }),
-            "insufficient string buffer size\n");
-  // The caller's buffer bounds the copy: "12345" needs six bytes.
-  char out[6] = "junk";
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(get_cfg_value(cfg.get(), "K", out, 5), -1); }),
-            "insufficient string buffer size\n");
-  EXPECT_STREQ(out, "");
-  EXPECT_EQ(get_cfg_value(cfg.get(), "K", out, 6), 1);
-  EXPECT_STREQ(out, "12345");
-  strcpy(out, "x");
-  EXPECT_EQ(get_cfg_value(nullptr, "K", out, sizeof out), -1);
-  EXPECT_STREQ(out, "");
-  EXPECT_EQ(get_cfg_value(cfg.get(), nullptr, out, sizeof out), -1);
-  EXPECT_EQ(get_cfg_value(cfg.get(), "K", nullptr, 4), -1);
-  EXPECT_EQ(get_cfg_value(cfg.get(), "K", out, 0), -1);
-  EXPECT_EQ(set_cfg_value(nullptr, "K", "1"), -1);
-  EXPECT_EQ(set_cfg_value(cfg.get(), "K", nullptr), -1);
-}
-
-// --- Line splitting and the line table -------------------------------------
-
-TEST(TcfgLines, BreaksAndBlankLinesCollapse) {
-  EXPECT_EQ(Lines(Mem("A=1\r\n\r\n\r\nB=2\rC=3\n\n\nD=4").get()),
-            (std::vector<std::string>{"A=1", "B=2", "C=3", "D=4"}));
-  EXPECT_EQ(Lines(Mem("\r\n\n\r").get()), std::vector<std::string>{});
-  EXPECT_EQ(Lines(Mem("").get()), std::vector<std::string>{});
-  EXPECT_EQ(Lines(Mem(std::string("A=1\nB=2\0\nC=3\n", 13)).get()),
-            (std::vector<std::string>{"A=1", "B=2"}));  // the text ends at a NUL
-  EXPECT_EQ(create_mem_cfg(nullptr, 3), nullptr);
-  Cfg none(create_mem_cfg(nullptr, 0));
-  ASSERT_NE(none, nullptr);
-  EXPECT_EQ(none->lineCount, 0);
-  EXPECT_STREQ(none->path, "");
-}
-
-TEST(TcfgLines, TableHolds32768Lines) {
-  std::string text;
-  for (int i = 0; i < kTcfgMaxLines + 2; ++i) text += "L" + std::to_string(i) + "=" + std::to_string(i) + "\n";
-  Cfg cfg = Mem(text);
-  ASSERT_EQ(cfg->lineCount, kTcfgMaxLines);
-  EXPECT_STREQ(cfg->lines[kTcfgMaxLines - 1], "L32767=32767");
-  EXPECT_EQ(Value(cfg.get(), "L32767"), "32767");
-  EXPECT_EQ(Value(cfg.get(), "L32768"), "<none>");  // beyond the table
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(add_cfg_line(cfg.get(), "X=1"), -1); }), "too many lines\n");
-
-  // Exactly full: the last line is whole and nothing is lost.
-  text.clear();
-  for (int i = 0; i < kTcfgMaxLines; ++i) text += "x\r\n";
-  cfg = Mem(text + "\r\n\n");
-  EXPECT_EQ(cfg->lineCount, kTcfgMaxLines);
-  EXPECT_STREQ(cfg->lines[kTcfgMaxLines - 1], "x");
-}
-
-TEST(TcfgLines, AddedLinesAreCopiesAndDumpShowsIndexes) {
-  Cfg cfg = Mem("first\n");
-  std::string text = "K = 1";
-  ASSERT_EQ(add_cfg_line(cfg.get(), text.c_str()), 0);
-  text[4] = '9';
-  ASSERT_EQ(add_cfg_line(cfg.get(), ""), 0);
-  EXPECT_EQ(Lines(cfg.get()), (std::vector<std::string>{"first", "K = 1", ""}));
-  EXPECT_EQ(set_cfg_value(cfg.get(), "K", "2"), 0);  // replaces an added line
-  EXPECT_EQ(Value(cfg.get(), "K"), "2");
-  EXPECT_EQ(add_cfg_line(nullptr, "x"), -1);
-  EXPECT_EQ(add_cfg_line(cfg.get(), nullptr), -1);
-
-  EXPECT_EQ(StderrOf([&] { dump_cfg(cfg.get()); }), "[00] first\n[01] K = 2\n[02] \n");
-  EXPECT_EQ(StderrOf([] { dump_cfg(nullptr); }), "");
-}
-
-// --- Rows and columns ------------------------------------------------------
-
-TEST(TcfgColumns, BadArguments) {
-  Cfg cfg = Mem("a b\n");
-  char out[kTcfgValueSize];
-  EXPECT_EQ(get_cfg_col(nullptr, 0, 0, ",", out, sizeof out), -1);
-  EXPECT_EQ(get_cfg_col(cfg.get(), 0, 0, nullptr, out, sizeof out), -1);
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(get_cfg_col(cfg.get(), 0, 0, "", out, 3), -1); }),
-            "insufficient string buffer size\n");
-}
-
-TEST(TcfgColumns, ARowHasAtMost128Columns) {
-  std::string row;
-  for (int i = 0; i < 130; ++i) row += "c" + std::to_string(i) + " ";
-  Cfg cfg = Mem(row);
-  char out[16];
-  EXPECT_EQ(get_cfg_col(cfg.get(), 0, 127, " ", out, sizeof out), 0);
-  EXPECT_STREQ(out, "c127");
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(get_cfg_col(cfg.get(), 0, 128, " ", out, sizeof out), -1); }),
-            "");
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(get_cfg_col(cfg.get(), 0, 129, " ", out, sizeof out), -1); }),
-            "too large col\n");
-  EXPECT_EQ(StderrOf([&] {
-              EXPECT_EQ(find_cfg_row(cfg.get(), 129, "c0", 0, " ", out, sizeof out, 0), -1);
-              EXPECT_EQ(set_cfg_col(cfg.get(), 0, "c0", 200, " ", "x", 0), -1);
-            }),
-            "too large col\ntoo large col\n");
-}
-
-TEST(TcfgColumns, SetReplacesOneColumnOnly) {
-  Cfg cfg = Mem("root:\"x\":0:0\nguest:'x':1000:100\nguest:y:1001:100\n");
-  EXPECT_EQ(set_cfg_col(cfg.get(), 0, "guest", 1, ":", "secret", 0), 0);
-  EXPECT_EQ(set_cfg_col(cfg.get(), 0, "guest", 2, ":", "2000", 1), 0);
-  EXPECT_EQ(set_cfg_col(cfg.get(), 0, "guest", 2, ":", "1", 1), 0);  // twice on one line
-  EXPECT_EQ(set_cfg_col(cfg.get(), 0, "nobody", 1, ":", "z", 0), -1);
-  EXPECT_EQ(set_cfg_col(cfg.get(), 0, "root", 9, ":", "z", 0), -1);
-  EXPECT_EQ(Lines(cfg.get()), (std::vector<std::string>{"root:\"x\":0:0", "guest:'secret':1000:100",
-                                                        "guest:y:1:100"}));
-
-  const std::string v128(128, 'v');
-  ASSERT_EQ(add_cfg_line(cfg.get(), ("long:" + v128 + ":1").c_str()), 0);
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(set_cfg_col(cfg.get(), 0, "long", 1, ":", "z", 0), -1); }),
-            "insufficient string buffer size\n");
-  EXPECT_EQ(set_cfg_col(nullptr, 0, "root", 1, ":", "z", 0), -1);
-  EXPECT_EQ(set_cfg_col(cfg.get(), 0, "root", 1, ":", nullptr, 0), -1);
-}
-
-// --- Files -----------------------------------------------------------------
-
-TEST_F(TcfgFiles, MissingFileWithAndWithoutCreate) {
-  const std::string path = Path("missing.conf");
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(new_cfg(path.c_str(), false), nullptr); }),
-            "[new_cfg:tcfg_util(129)]\t" + path + " does not exist\n");
-  EXPECT_FALSE(std::filesystem::exists(path));
-
-  // With create, a missing file is made empty (mode 0744 before the umask).
-  Cfg cfg(new_cfg(path.c_str(), true));
-  ASSERT_NE(cfg, nullptr);
-  EXPECT_EQ(load_cfg(cfg.get()), 0);
-  EXPECT_EQ(add_cfg_line(cfg.get(), "CENTER_X=1"), 0);
-  EXPECT_EQ(save_cfg(cfg.get()), 0);
-  EXPECT_EQ(ReadFile(path), "CENTER_X=1\n");
-
-  const std::string nowhere = Path("no/such/dir.conf");
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(new_cfg(nowhere.c_str(), true), nullptr); }),
-            "[create_cfg_file:tcfg_util(54)]\tfail to open " + nowhere + ". errno: 2\n"
-            "[new_cfg:tcfg_util(135)]\tfail to create " + nowhere + "\n");
-  EXPECT_EQ(new_cfg(nullptr, true), nullptr);
-  EXPECT_EQ(create_cfg_file(nullptr), -1);
-}
-
-TEST_F(TcfgFiles, PathLimitIs255Characters) {
-  WriteFile(Path("f"), "K=1\n");
-  // "./" steps make long names for the same file.
-  auto longPath = [&](size_t length) {
-    std::string path = dir + "/";
-    while (path.size() + 3 <= length) path += "./";
-    if (path.size() + 1 < length) path += "/";
-    return path + "f";
+TEST_F(TcfgFiles, Steps) {
+  const std::string k = dir + "/k.conf", none = dir + "/no/such.conf", sub = dir + "/sub", v300(300, 'v');
+  const std::string tail = "# " + std::string(1000, 'c');
+  std::string p255 = dir + "/", table, full, added = "L = 1";
+  while (p255.size() < 249) p255 += p255.size() == 248 ? "/" : "./";  // the same file by a longer name
+  for (int i = 0; i < kTcfgMaxLines + 2; ++i) table += "L" + std::to_string(i) + "=" + std::to_string(i) + "\n";
+  for (int i = 0; i < kTcfgMaxLines; ++i) full += "x\r\n";
+  Cfg cfg, mem = Mem("K=1\n");
+  char out[8] = "x";
+  auto I = [](std::initializer_list<long> results) {  // evaluated in order
+    std::string all;
+    for (const long r : results) all += std::to_string(r);
+    return all;
   };
-  const std::string p255 = longPath(255), p256 = longPath(256);
-  ASSERT_EQ(p255.size(), 255u);
-  ASSERT_EQ(p256.size(), 256u);
-  Cfg cfg(new_cfg(p255.c_str(), false));
-  ASSERT_NE(cfg, nullptr);
-  EXPECT_EQ(load_cfg(cfg.get()), 1);
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(new_cfg(p256.c_str(), false), nullptr); }),
-            "[new_cfg:tcfg_util(157)]\tso long file path\n");
-}
-
-TEST_F(TcfgFiles, LoadAndSaveFailures) {
-  EXPECT_EQ(StderrOf([] { EXPECT_EQ(load_cfg(nullptr), -1); }),
-            "[load_cfg:tcfg_util(224)]\targument is NULL\n");
-  EXPECT_EQ(StderrOf([] { EXPECT_EQ(save_cfg(nullptr), -1); }),
-            "[save_cfg:tcfg_util(262)]\targument is NULL\n");
-  free_cfg(nullptr);
-
-  // The file went away between new_cfg and load_cfg.
-  const std::string path = Path("gone.conf");
-  WriteFile(path, "K=1\n");
-  Cfg cfg(new_cfg(path.c_str(), false));
-  ASSERT_NE(cfg, nullptr);
-  std::filesystem::remove(path);
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(load_cfg(cfg.get()), -1); }),
-            "[load_cfg:tcfg_util(231)]\tfail to open " + path + ". errno: 2\n");
-
-  // It shrank: fewer bytes than the size taken.
-  WriteFile(path, "K=1\n");
-  cfg.reset(new_cfg(path.c_str(), false));
-  WriteFile(path, "K=");
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(load_cfg(cfg.get()), -1); }),
-            "[load_cfg:tcfg_util(239)]\tfail to read " + path + ". errno: 0\n");
-  EXPECT_EQ(cfg->lineCount, 0);
-
-  // An in-memory object has no path to load from or save to.
-  Cfg mem = Mem("K=1\n");
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(load_cfg(mem.get()), -1); }),
-            "[load_cfg:tcfg_util(231)]\tfail to open . errno: 2\n");
-  EXPECT_EQ(StderrOf([&] { EXPECT_EQ(save_cfg(mem.get()), -1); }),
-            "open error: No such file or directory\n");
-
-  // Saving into a directory that is gone fails and writes nothing.
-  const std::string sub = Path("sub");
-  std::filesystem::create_directory(sub);
-  WriteFile(sub + "/k.conf", "K=1\n");
-  cfg.reset(new_cfg((sub + "/k.conf").c_str(), false));
-  ASSERT_EQ(load_cfg(cfg.get()), 1);
-  std::filesystem::remove_all(sub);
-  StderrOf([&] { EXPECT_EQ(save_cfg(cfg.get()), -1); });
-  EXPECT_FALSE(std::filesystem::exists(sub));
+  auto New = [&](const std::string& path, bool create) { cfg.reset(new_cfg(path.c_str(), create)); return long{cfg != nullptr}; };
+  struct Step { const char* name; std::function<std::string()> run; std::string want; };
+  const Step steps[] = {
+      {"missing", [&] { return I({New(k, false)}); }, "0 ! [new_cfg:tcfg_util(129)]\t" + k + " does not exist\n"},
+      {"created empty", [&] { return I({New(k, true), load_cfg(cfg.get())}); }, "10"},
+      {"saved", [&] { return I({add_cfg_line(cfg.get(), "A=1"), add_cfg_line(cfg.get(), "B=2"), save_cfg(cfg.get())}); }, "000"},
+      {"existing file kept", [&] { return I({create_cfg_file(k.c_str())}) + ReadFile(k); }, "0A=1\nB=2\n"},
+      {"reloaded", [&] { return I({New(k, false), load_cfg(cfg.get()), set_cfg_value(cfg.get(), "A", "7")}); }, "120"},
+      // A reload with fewer lines: the old second line is gone everywhere.
+      {"fewer lines", [&] { WriteFile(k, "A=1 B=2\n"); return I({load_cfg(cfg.get()), get_cfg_value(cfg.get(), "B", out, 8)}); }, "1-1"},
+      {"rows", [&] { return I({find_cfg_row(cfg.get(), 0, "B=2", 0, " ", out, 8, 0), get_cfg_col(cfg.get(), 1, 0, " ", out, 8)}); }, "-1-1"},
+      {"dumped, saved", [&] { dump_cfg(cfg.get()); return I({save_cfg(cfg.get())}) + ReadFile(k); }, "0A=1 B=2\n ! [00] A=1 B=2\n"},
+      {"path of 255", [&] { return I({New(p255 + "k.conf", false), load_cfg(cfg.get())}); }, "11"},
+      {"path of 256", [&] { return I({New(p255 + "/k.conf", false)}); }, "0 ! [new_cfg:tcfg_util(157)]\tso long file path\n"},
+      {"not created", [&] { return I({New(none, true), create_cfg_file(none.c_str())}); }, "0-1 ! [create_cfg_file:tcfg_util(54)]\tfail to open " +
+       none + ". errno: 2\n[new_cfg:tcfg_util(135)]\tfail to create " + none + "\n[create_cfg_file:tcfg_util(54)]\tfail to open " + none + ". errno: 2\n"},
+      {"nulls", [&] { free_cfg(nullptr); return I({create_cfg_file(nullptr), !new_cfg(nullptr, true), load_cfg(nullptr)}); },
+       "-11-1 ! [load_cfg:tcfg_util(224)]\targument is NULL\n"},
+      {"save null", [&] { return I({save_cfg(nullptr)}); }, "-1 ! [save_cfg:tcfg_util(262)]\targument is NULL\n"},
+      {"gone", [&] { New(k, false); remove(k.c_str()); return I({load_cfg(cfg.get())}); }, "-1 ! [load_cfg:tcfg_util(231)]\tfail to open " + k + ". errno: 2\n"},
+      {"shorter", [&] { WriteFile(k, "A="); return I({load_cfg(cfg.get()), cfg->lineCount}); }, "-10 ! [load_cfg:tcfg_util(239)]\tfail to read " + k + ". errno: 0\n"},
+      {"memory load", [&] { return I({load_cfg(mem.get())}); }, "-1 ! [load_cfg:tcfg_util(231)]\tfail to open . errno: 2\n"},
+      {"memory save", [&] { return I({save_cfg(mem.get())}); }, "-1 ! open error: No such file or directory\n"},
+      {"directory gone", [&] { std::filesystem::create_directory(sub); WriteFile(sub + "/k", "K=1\n"); New(sub + "/k", false);
+         load_cfg(cfg.get()); std::filesystem::remove_all(sub); return I({save_cfg(cfg.get()), std::filesystem::exists(sub)}); }, "-10 ! open error: No such file or directory\n"},
+      {"added lines", [&] { cfg = Mem("K = 1 " + tail + "\n"); return I({add_cfg_line(cfg.get(), added.c_str()), add_cfg_line(cfg.get(), "")}); }, "00"},
+      // A replacement of a replacement and of an added line (a copy); a value is written as given.
+      {"replaced", [&] { added[4] = '9'; return I({set_cfg_value(cfg.get(), "K", ""), set_cfg_value(cfg.get(), "K", v300.c_str())}); }, "00"},
+      {"replaced added", [&] { return I({set_cfg_value(cfg.get(), "L", "2"), set_cfg_col(cfg.get(), 0, "L", 2, " ", "3", 0)}); }, "00"},
+      {"dump", [&] { dump_cfg(cfg.get()); dump_cfg(nullptr); return ""; }, " ! [00] K =  " + v300 + tail + "\n[01] L = 3\n[02] \n"},
+      {"null arguments", [&] { return I({get_cfg_value(nullptr, "K", out, 8), get_cfg_value(cfg.get(), nullptr, out, 8),
+         get_cfg_value(cfg.get(), "K", nullptr, 8), set_cfg_value(nullptr, "K", "1"), set_cfg_value(cfg.get(), "K", nullptr),
+         get_cfg_col(nullptr, 0, 0, ",", out, 8), get_cfg_col(cfg.get(), 0, 0, nullptr, out, 8), get_cfg_col(cfg.get(), 0, 0, ",", nullptr, 8),
+         find_cfg_row(nullptr, 0, "L", 0, " ", out, 8, 0), find_cfg_row(cfg.get(), 0, "L", 0, " ", nullptr, 8, 0),
+         set_cfg_col(nullptr, 0, "L", 0, " ", "1", 0), set_cfg_col(cfg.get(), 0, "L", 0, " ", nullptr, 0),
+         add_cfg_line(nullptr, "x"), add_cfg_line(cfg.get(), nullptr), find_cfg_row(cfg.get(), 0, "L", 0, " ", out, 0, 0)}) + out; },
+       "-1-1-1-1-1-1-1-1-1-1-1-1-1-1-1"},
+      {"no data", [&] { cfg.reset(create_mem_cfg(nullptr, 0)); return I({cfg->lineCount}) + cfg->path + I({!create_mem_cfg(nullptr, 3)}); }, "01"},
+      {"4 GiB text", [&] { return I({create_mem_cfg("x", UINT32_MAX) == nullptr}); }, "1"},  // the size field has 32 bits
+      {"32768 lines", [&] { cfg = Mem(table); return I({get_cfg_value(cfg.get(), "L32767", out, 8), get_cfg_value(cfg.get(), "L32768", out, 8)}); }, "32767-1"},
+      {"table full", [&] { return I({add_cfg_line(cfg.get(), "X=1")}); }, "-1 ! too many lines\n"},
+      {"exactly full", [&] { cfg = Mem(full + "\n"); return I({cfg->lineCount}) + cfg->lines[kTcfgMaxLines - 1]; }, "32768x"},
+  };
+  for (const Step& step : steps) {
+    std::string got;
+    const std::string err = StderrOf([&] { got = step.run(); });
+    EXPECT_EQ(got + (err.empty() ? "" : " ! " + err), step.want) << step.name;
+  }
+  std::error_code e;  // 2^32 - 1 bytes do not fit the 32-bit size (a sparse file takes no room)
+  std::filesystem::resize_file(k, UINT32_MAX, e);
+  if (!e) StderrOf([&] { EXPECT_EQ(New(k, false), 0); });
 }
 
 }  // namespace
