@@ -1,9 +1,7 @@
-// The inspector's decoder over every family and fuzzed record bytes: each
-// key listed, read, shown as text and as JSON, and compared with a second
-// record.
-//
-// Input: one byte choosing the family, then the record bytes (cut or padded
-// with zeros to the record's size); the bytes reversed are the second record.
+// The inspector's decoder over every family and fuzzed record bytes: each key
+// listed, read, shown as text and JSON, compared with a second record. Input:
+// a byte choosing the family, then the record (cut or padded with zeros); the
+// bytes reversed are the second record.
 #include <stddef.h>
 #include <stdint.h>
 #include <string.h>

@@ -16,28 +16,10 @@ fi
 head -c 130 /dev/zero > record130; head -c 129 /dev/zero > record129; : > empty
 fail=0
 while read -r expect args; do
-  "$@" $args > out 2> err
+  [ "$expect" = "#" ] && continue
+  "$@" $args < /dev/null > out 2> err
   rc=$?
   [ $rc -eq 2 ] && [ "$(wc -l < err)" -eq 1 ] && grep -q "$expect" err && [ ! -s out ] && continue
   echo "zrcamctl-inspect $args: exit $rc, not 2 with one line matching '$expect':"; cat err; fail=1
-done <<'CASES'
-unknown.module.code.*ZZ        ZZ record130
-unknown.module.code            0 record130
-unknown.module.code            --json 0OO record130
-no.settings.family             1Y record130
-record129:.129.bytes,.not.the.130-byte  0O record129
-empty:.0.bytes                 0O empty
-longer.than.the.108-byte       0F record130
-missing:.No.such.file          0O missing
-\.:.Is.a.directory             0O .
-missing:.No.such.file          --diff 0O record130 missing
-record129:.129.bytes           --json --diff 0O record130 record129
-usage:                         
-usage:                         --json
-usage:                         0O
-usage:                         0O record130 record130
-usage:                         --diff 0O record130
-usage:                         --bogus 0O record130
-usage:                         --reference 0O
-CASES
+done < "$src/tests/inspect/data/bad_input.cases"
 exit $fail
