@@ -15,10 +15,10 @@
 
 #include <fstream>
 #include <map>
-#include <sstream>
 
 #include "device_test_config.h"
 #include "tests/device/device_root.h"
+#include "tests/device/golden_reader.h"
 
 namespace device_test {
 namespace {
@@ -85,34 +85,12 @@ std::string Quoted(const std::string& s) {
   return q + "\"";
 }
 
-// The quoted string at the start of s; s is left after it.
-std::string Unquote(std::string_view& s) {
-  std::string out;
-  size_t i = 1;
-  for (; i < s.size() && s[i] != '"'; ++i) {
-    if (s[i] != '\\') {
-      out += s[i];
-    } else if (s[++i] == 'n') {
-      out += '\n';
-    } else if (s[i] == 'x') {
-      out += static_cast<char>(std::stoi(std::string(s.substr(i + 1, 2)), nullptr, 16));
-      i += 2;
-    } else {
-      out += s[i];
-    }
-  }
-  s.remove_prefix(std::min(s.size(), i + 1));
-  return out;
-}
-
 bool IsText(const std::string& path, const std::string& s) {
   if (s.size() > 4096 || path.size() < 4 || path.substr(path.size() - 4) == ".bin") return false;
   for (const unsigned char c : s)
     if ((c < 0x20 && c != '\n' && c != '\t') || c > 0x7e) return false;
   return true;
 }
-
-uint8_t PatternByte(uint8_t seed, size_t i) { return static_cast<uint8_t>(seed + i * 37); }
 
 // Bytes as their differences from a reference: "bytes SIZE BASE" and one
 // "  at OFFSET: hh hh ..." line per run of changed bytes.
@@ -188,14 +166,6 @@ std::string PidsOut(const DeviceRoot& root, std::string s) {
   return s;
 }
 
-struct Case {
-  std::string name;
-  std::string argv0;
-  Request request;
-  std::string given;     // the case's "given" lines, as written
-  std::string expected;  // everything between "expect" and "end"
-};
-
 std::string Outcome(const DeviceRoot& root, const Tree& before, const Answer& a) {
   std::string out = a.termSignal ? "signal " + std::to_string(a.termSignal) : "exit " + std::to_string(a.exitStatus);
   out += "\nout " + Quoted(a.out) + "\nerr " + Quoted(a.err) + "\n";
@@ -210,30 +180,12 @@ std::string Outcome(const DeviceRoot& root, const Tree& before, const Answer& a)
 
 // Writes the given files into the freshly reset root.
 void Apply(const DeviceRoot& root, const std::string& given) {
-  std::istringstream lines(given);
-  std::string line, path, content;
-  char kind = 0;
-  auto flush = [&] {
-    if (kind == 'b') root.WriteFile(path, content);
-    kind = 0;
-  };
-  while (std::getline(lines, line)) {
-    std::string_view rest(line);
-    if (rest.substr(0, 5) == "  at ") {
-      size_t at = std::stoul(std::string(rest.substr(5)));
-      rest.remove_prefix(rest.find(':') + 1);
-      for (; rest.size() >= 3; rest.remove_prefix(3)) content.at(at++) = static_cast<char>(std::stoi(std::string(rest.substr(1, 2)), nullptr, 16));
-      continue;
-    }
-    flush();
-    if (line.rfind("given ", 0) != 0) continue;  // the request's own lines
-    rest.remove_prefix(6);
-    path = std::string(rest.substr(0, rest.find(' ')));
-    rest.remove_prefix(path.size() + 1);
-    const std::string host = root.HostPath(path);
-    root.RemoveAll(path);
+  for (const FileLine& file : FileLines(given, "given ")) {
+    std::string_view rest(file.description);
+    const std::string host = root.HostPath(file.path);
+    root.RemoveAll(file.path);
     if (rest == "gone") continue;
-    root.MakeDirs(path);
+    root.MakeDirs(file.path);
     if (rest == "dir") {
       mkdir(host.c_str(), 0755);
     } else if (rest.substr(0, 5) == "link ") {
@@ -245,50 +197,11 @@ void Apply(const DeviceRoot& root, const std::string& given) {
         const size_t at = text.find(std::string("$") + d);
         if (at != std::string::npos) text.replace(at, strlen(d) + 1, std::to_string(root.DaemonPid(d)));
       }
-      root.WriteFile(path, text);
-    } else {  // bytes SIZE BASE [SEED]
-      unsigned size = 0, seed = 0;
-      char base[16] = "";
-      sscanf(std::string(rest).c_str(), "bytes %u %15s %x", &size, base, &seed);
-      content.assign(size, base[0] == 'z' ? 0 : static_cast<char>(seed));
-      if (base[0] == 'p')
-        for (size_t i = 0; i < size; ++i) content[i] = static_cast<char>(PatternByte(static_cast<uint8_t>(seed), i));
-      kind = 'b';
+      root.WriteFile(file.path, text);
+    } else {
+      root.WriteFile(file.path, file.bytes);
     }
   }
-  flush();
-}
-
-std::vector<Case> Parse(const std::string& file) {
-  std::vector<Case> cases;
-  std::ifstream in(file);
-  bool expecting = false;
-  for (std::string line; std::getline(in, line);) {
-    if (line.rfind("case ", 0) == 0) {
-      cases.push_back({line.substr(5), "", {.method = "", .contentType = "", .contentLength = ""}, "", ""});
-      expecting = false;
-      continue;
-    }
-    if (cases.empty() || line == "end") continue;
-    Case& c = cases.back();
-    if (expecting || line == "expect") {
-      if (expecting) c.expected += line + "\n";
-      expecting = true;
-      continue;
-    }
-    c.given += line + "\n";
-    std::string_view rest(line);
-    rest.remove_prefix(std::min(rest.size(), rest.find(' ') + 1));
-    if (line.rfind("argv0 ", 0) == 0) {
-      c.argv0 = rest;
-    } else if (line.rfind("env ", 0) == 0) {
-      const std::string e = Unquote(rest);
-      c.request.env.push_back({e.substr(0, e.find('=')), e.substr(e.find('=') + 1)});
-    } else if (line.rfind("stdin ", 0) == 0) {
-      c.request.body = Unquote(rest);
-    }
-  }
-  return cases;
 }
 
 std::string Format(const Case& c) { return "case " + c.name + "\n" + c.given + "expect\n" + c.expected + "end\n"; }
@@ -298,19 +211,6 @@ std::string Replay(DeviceRoot& root, const Case& c) {
   Apply(root, c.given);
   const Tree before = Snapshot(root);
   return Outcome(root, before, root.RunAs(c.argv0, c.request));
-}
-
-std::vector<std::string> GoldenFiles() {
-  std::vector<std::string> files;
-  if (DIR* dir = opendir(ZRCAMCTL_GOLDEN_DIR)) {
-    while (const dirent* e = readdir(dir)) {
-      const std::string name = e->d_name;
-      if (name.size() > 7 && name.substr(name.size() - 7) == ".golden") files.push_back(name.substr(0, name.size() - 7));
-    }
-    closedir(dir);
-  }
-  std::sort(files.begin(), files.end());
-  return files;
 }
 
 class Golden : public ::testing::TestWithParam<std::string> {};
@@ -331,13 +231,7 @@ TEST_P(Golden, Replays) {
   if (record) std::ofstream(file, std::ios::binary | std::ios::trunc) << rewritten;
 }
 
-INSTANTIATE_TEST_SUITE_P(Transcripts, Golden, ::testing::ValuesIn(GoldenFiles()),
-                         [](const auto& info) {
-                           std::string n = info.param;
-                           for (char& ch : n)
-                             if (!isalnum(static_cast<unsigned char>(ch))) ch = '_';
-                           return n;
-                         });
+INSTANTIATE_TEST_SUITE_P(Transcripts, Golden, ::testing::ValuesIn(GoldenFiles(ZRCAMCTL_GOLDEN_DIR)), GoldenName);
 
 }  // namespace
 }  // namespace device_test

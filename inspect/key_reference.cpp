@@ -1,0 +1,168 @@
+#include "inspect/key_reference.h"
+
+#include <string.h>
+
+#include "inspect/family_notes.h"
+#include "inspect/record_keys.h"
+#include "modules/module_table.h"
+
+namespace {
+
+const char* ReadPolicyText(ReadPolicy policy) {
+  switch (policy) {
+    case ReadPolicy::Continue: return "a failed read is reported and the zeroed record merged and written";
+    case ReadPolicy::ContinueInCgi: return "as a continued read, reported \"in Cgi\"";
+    case ReadPolicy::Abort: return "a failed read is reported on the error page (-1); nothing is written";
+    case ReadPolicy::Retry: return "three reads 100 ms apart, then -2; nothing is written";
+  }
+  return "";
+}
+
+const char* ResultText(Answer answer) {
+  switch (answer) {
+    case Answer::ReturnPage: return "the return page";
+    case Answer::Bare: return "the bare 204";
+    case Answer::UnlessPending: return "204 while a row's command is pending, else the return page";
+    case Answer::UnlessPendingIfModule:
+      return "on the modules marked *pending*, 204 while a row's command is pending; else the return page";
+  }
+  return "";
+}
+
+// What a key's trait and block say of it.
+void RuleText(const RecordKey& key, char* out, size_t size) {
+  const Field& f = key.field;
+  const unsigned arg = f.arg;
+  size_t at = 0;
+  auto add = [&](const char* format, unsigned n = 0) {
+    if (at > 0 && at < size) at += static_cast<size_t>(snprintf(out + at, size - at, "; "));
+    if (at < size) at += static_cast<size_t>(snprintf(out + at, size - at, format, n));
+  };
+  out[0] = '\0';
+  switch (f.Rule()) {
+    case ValueRule::LowByte: add("only the low 8 bits"); break;
+    case ValueRule::Reversed: add("stored as %u minus the value", arg); break;
+    case ValueRule::Unsigned: add("an unsigned decimal"); break;
+    case ValueRule::AtLeastOne: add("0 or below stored as 1"); break;
+    case ValueRule::Stored: break;
+  }
+  switch (f.PendingWhile()) {
+    case Pending::UntilIdle: add(f.Type() == FieldType::U16 ? "command: pending until 65535" : "command: pending until 255"); break;
+    case Pending::UntilZero: add("request flag: pending while not 0"); break;
+    case Pending::Below: add("object id: acts (pending) while below %u", arg + 1); break;
+    case Pending::Never: break;
+  }
+  if (f.Type() == FieldType::Checkbox) add("checkbox: 1 when posted, 0 when not");
+  if (f.Type() == FieldType::Text) add("at most %u characters and a NUL", arg - 1);
+  if (f.Type() == FieldType::PaddedText) add("up to %u characters, NUL-padded", arg);
+  switch (key.op) {
+    case Op::Gate: add("set id: the blocks after it are merged only while it is below its limit"); break;
+    case Op::ClearedText: add("cleared whole when absent or empty"); break;
+    case Op::KeyValueLock: add("while not 0, nothing after it is merged"); break;
+    case Op::OneShot: add("idle (255) when not posted"); break;
+    default: break;
+  }
+}
+
+// An array's key format with "<n>" for its index.
+void KeyPattern(const char* format, char* out, size_t size) {
+  const char* mark = strstr(format, "%d");
+  if (!mark) {
+    snprintf(out, size, "%s", format);
+    return;
+  }
+  snprintf(out, size, "%.*s<n>%s", static_cast<int>(mark - format), format, mark + 2);
+}
+
+void WriteFamily(FILE* out, const SettingsFamily& family, const RecordKey* keys, int count) {
+  const FamilyNotes* notes = FindFamilyNotes(&family);
+  fprintf(out, "\n## %s\n\n", notes ? notes->name : "(a family without notes)");
+  fputs("- Module codes:", out);
+  int codes = 0;
+  for (const ModuleRow& row : ModuleTable) {
+    if (row.family != &family) continue;
+    fprintf(out, " %c%c%s", row.code >> 8, row.code & 0xFF, row.option & kAnswersPending ? " (*pending*)" : "");
+    ++codes;
+  }
+  fprintf(out, "%s\n", codes ? "" : " none (no module code routes to it)");
+  fprintf(out, "- Record: %u bytes; form values up to %u bytes\n", static_cast<unsigned>(family.recordSize),
+          static_cast<unsigned>(family.valueBufferSize - 1));
+  fprintf(out, "- Read: %s\n", ReadPolicyText(family.readPolicy));
+  fprintf(out, "- Failed write: %d%s\n", family.writeFailure.result,
+          family.writeFailure.syncFirst ? ", after the file systems are synced" : "");
+  fprintf(out, "- Result: %s\n", ResultText(family.result.answer));
+  if (family.ownFrame)
+    fprintf(out, "- Own frame: %s\n", notes && notes->ownFrame ? notes->ownFrame : "the family's own rule");
+  if (notes && notes->ownKeys[0]) fprintf(out, "- Keys of its own rules: `%s`\n", notes->ownKeys);
+  fputs("\n| offset | key | width | gate | rule |\n|---:|---|---|---|---|\n", out);
+  int own = 0;
+  for (int b = 0; b < family.layout.count; ++b) {
+    if (family.layout.blocks[b].op == Op::Own) {
+      const char* text = notes && own < 5 && notes->ownRules[own] ? notes->ownRules[own] : "";
+      fprintf(out, "| | *own rule* | | | the family's own rule%s%s |\n", text[0] ? ": " : "", text);
+      ++own;
+      continue;
+    }
+    for (int k = 0; k < count; ++k) {
+      const RecordKey& key = keys[k];
+      if (key.block != b) continue;
+      char name[3 * kShownKeySize], type[16], rule[256], offset[32], gate[2 * kShownKeySize];
+      TypeName(key.field, type, sizeof type);
+      RuleText(key, rule, sizeof rule);
+      snprintf(offset, sizeof offset, "%u", static_cast<unsigned>(key.field.offset));
+      gate[0] = '\0';
+      if (key.group && key.kind != KeyKind::Slot)
+        snprintf(gate, sizeof gate, "`%s` below %u", key.group->key, static_cast<unsigned>(key.limit));
+      if (key.kind == KeyKind::Element || key.kind == KeyKind::Slot) {
+        // An array or a slot table on one line: its first element and its last.
+        int last = k;
+        while (last + 1 < count && keys[last + 1].block == b && keys[last + 1].name == key.name) ++last;
+        const unsigned step = last > k ? keys[k + 1].field.offset - key.field.offset : 0;
+        snprintf(offset, sizeof offset, "%u..%u step %u", static_cast<unsigned>(key.field.offset),
+                 static_cast<unsigned>(keys[last].field.offset), step);
+        char pattern[kShownKeySize];
+        KeyPattern(key.name, pattern, sizeof pattern);
+        if (key.kind == KeyKind::Element)
+          snprintf(name, sizeof name, "`%s`, n = %u..%u", pattern, static_cast<unsigned>(key.index),
+                   static_cast<unsigned>(keys[last].index));
+        else
+          snprintf(name, sizeof name, "`%s` in slot `%s` (0..%u)", pattern, key.group->key,
+                   static_cast<unsigned>(keys[last].index));
+        k = last;
+      } else {
+        char posted[kShownKeySize];
+        PostedKey(key, posted, sizeof posted);
+        snprintf(name, sizeof name, "`%s`", posted);
+      }
+      fprintf(out, "| %s | %s | %s | %s | %s |\n", offset, name, type, gate, rule);
+    }
+  }
+}
+
+}  // namespace
+
+bool WriteKeyReference(FILE* out) {
+  fputs("# Settings record keys\n\n"
+        "Every key the settings back end stores, per camera-module family, in the order the merge takes them,\n"
+        "read from the families' layouts. Generated: do not edit; after changing a layout run\n\n"
+        "    build/host/zrcamctl-inspect --reference > docs/keys.md\n\n"
+        "Widths: `u8`, `u16`, `i32` (a word read as signed), `u32` (a word stored unsigned), all little-endian;\n"
+        "`text[N]`: a NUL-terminated text in N bytes; `chars[N]`: up to N characters, NUL-padded.\n"
+        "A gate's keys are merged only while its set id is stored below the limit; a slot table's key goes to\n"
+        "the slot its id row selects. Rows marked *own rule* are the family's own code.\n",
+        out);
+  for (const ModuleRow& row : ModuleTable)
+    if (row.family && !FindFamilyNotes(row.family)) return false;
+  static RecordKey keys[kMaxRecordKeys];
+  for (int f = 0; f < kFamilyNoteCount; ++f) {
+    const SettingsFamily& family = *kFamilyNotes[f].family;
+    const int count = ListRecordKeys(family.layout, keys, kMaxRecordKeys, false);
+    if (count < 0) return false;
+    WriteFamily(out, family, keys, count);
+  }
+  fputs("\nModule codes without a family:", out);
+  for (const ModuleRow& row : ModuleTable)
+    if (!row.family) fprintf(out, " %c%c", row.code >> 8, row.code & 0xFF);
+  fputs("\n", out);
+  return true;
+}

@@ -1,0 +1,120 @@
+#include "inspect/record_keys.h"
+
+#include <stdio.h>
+#include <string.h>
+
+int ListRecordKeys(const Layout& layout, RecordKey* keys, int capacity, bool byOffset) {
+  int count = 0;
+  const Field* gate = nullptr;
+  uint16_t gateLimit = 0;
+  int gateEnd = -1;  // the last block the gate opens
+  for (int b = 0; b < layout.count; ++b) {
+    const Block& block = layout.blocks[b];
+    if (b > gateEnd) gate = nullptr;
+    int visit = 0;  // arrays are visited one after the other, element by element
+    ForEachRow(block, [&](const Field& row, const char* prefix, const char* suffix) {
+      RecordKey key = {row, prefix, suffix, gate, gateLimit, 0, KeyKind::Row, block.op, static_cast<uint8_t>(b)};
+      if (block.op == Op::Steps || block.op == Op::Slot) {
+        const IndexedField& array = block.arrays[visit / block.arrays[0].count];
+        const int i = visit % block.arrays[0].count;
+        key.name = array.keyFormat;
+        key.index = static_cast<uint16_t>(block.op == Op::Slot ? i : array.first + i);
+        key.kind = block.op == Op::Slot ? KeyKind::Slot : KeyKind::Element;
+        if (block.op == Op::Slot) key.group = &block.fields[0], key.limit = array.count;
+      } else if (block.op == Op::Product) {
+        key.kind = KeyKind::Product;
+      }
+      ++visit;
+      if (count < capacity) keys[count] = key;
+      ++count;
+    });
+    if (block.op == Op::Gate) {
+      gate = &block.fields[0];
+      gateLimit = block.limit;
+      gateEnd = b + block.count;
+    }
+  }
+  if (count > capacity) return -1;
+  if (!byOffset) return count;
+  // Insertion sort: stable, and the blocks come nearly in offset order.
+  for (int i = 1; i < count; ++i) {
+    const RecordKey key = keys[i];
+    int j = i;
+    for (; j > 0 && keys[j - 1].field.offset > key.field.offset; --j) keys[j] = keys[j - 1];
+    keys[j] = key;
+  }
+  return count;
+}
+
+void PostedKey(const RecordKey& key, char* out, size_t size) {
+  switch (key.kind) {
+    case KeyKind::Element: snprintf(out, size, key.name, key.index); break;
+    case KeyKind::Product: snprintf(out, size, "%s%s", key.name, key.suffix); break;
+    default: snprintf(out, size, "%s", key.name); break;
+  }
+}
+
+void ShownKey(const RecordKey& key, char* out, size_t size) {
+  char posted[kProductKeySize + 48];
+  PostedKey(key, posted, sizeof posted);
+  if (key.kind == KeyKind::Slot)
+    snprintf(out, size, "%s[%u]", posted, static_cast<unsigned>(key.index));
+  else if (key.group)
+    snprintf(out, size, "%s/%s", key.group->key, posted);
+  else
+    snprintf(out, size, "%s", posted);
+}
+
+void TypeName(const Field& field, char* out, size_t size) {
+  switch (field.Type()) {
+    case FieldType::U16: snprintf(out, size, "u16"); break;
+    case FieldType::U32: snprintf(out, size, field.Rule() == ValueRule::Unsigned ? "u32" : "i32"); break;
+    case FieldType::Text: snprintf(out, size, "text[%u]", static_cast<unsigned>(field.arg)); break;
+    case FieldType::PaddedText: snprintf(out, size, "chars[%u]", static_cast<unsigned>(field.arg)); break;
+    default: snprintf(out, size, "u8"); break;
+  }
+}
+
+KeyValue ReadKey(const RecordKey& key, const RecordView& record) {
+  const Field& field = key.field;
+  if (field.Type() == FieldType::Text || field.Type() == FieldType::PaddedText) {
+    const uint8_t* text = record.bytes + field.offset;
+    return {true, 0, text, strnlen(reinterpret_cast<const char*>(text), field.arg)};
+  }
+  const uint32_t bits = StoredValue(record, field);
+  const bool signedWord = field.Type() == FieldType::U32 && field.Rule() != ValueRule::Unsigned;
+  return {false, signedWord ? static_cast<int64_t>(static_cast<int32_t>(bits)) : static_cast<int64_t>(bits), nullptr,
+          0};
+}
+
+bool SameValue(const KeyValue& a, const KeyValue& b) {
+  if (a.isText != b.isText) return false;
+  if (!a.isText) return a.number == b.number;
+  return a.length == b.length && memcmp(a.text, b.text, a.length) == 0;
+}
+
+void ShowValue(const KeyValue& value, bool json, char* out, size_t size) {
+  if (!value.isText) {
+    snprintf(out, size, "%lld", static_cast<long long>(value.number));
+    return;
+  }
+  size_t at = 0;
+  auto put = [&](const char* s) {
+    const size_t n = strlen(s);
+    if (at + n < size) memcpy(out + at, s, n), at += n;
+  };
+  put("\"");
+  for (size_t i = 0; i < value.length; ++i) {
+    const unsigned c = value.text[i];
+    char escaped[8] = {static_cast<char>(c), '\0'};
+    if (c == '"' || c == '\\')
+      snprintf(escaped, sizeof escaped, "\\%c", static_cast<char>(c));
+    else if (c == '\n')
+      snprintf(escaped, sizeof escaped, "\\n");
+    else if (c < 0x20 || c > 0x7e)
+      snprintf(escaped, sizeof escaped, json ? "\\u%04x" : "\\x%02x", c);
+    put(escaped);
+  }
+  put("\"");
+  out[at < size ? at : size - 1] = '\0';
+}
