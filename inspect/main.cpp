@@ -76,6 +76,7 @@ void PrintKey(const RecordKey& key, bool json, const KeyValue& value, const KeyV
   first = false;
   if (key.group) printf(", \"group\": \"%s\"", key.group->key);
   if (key.kind == KeyKind::Slot) printf(", \"slot\": %u", static_cast<unsigned>(key.index));
+  if (key.field.Type() == FieldType::Checkbox) fputs(", \"checkbox\": true", stdout);
   if (now)
     printf(", \"type\": \"%s\", \"old\": %s, \"new\": %s}", type, shown, shownNow);
   else

@@ -33,29 +33,27 @@ preset=host emulator="" sysroot=""
 if [ $arm = 1 ]; then
   preset=armhf emulator=$(command -v qemu-arm-static) sysroot=/usr/arm-linux-gnueabihf
 fi
-# ZRCAMCTL_EXE names an executable already built (the tests pass theirs).
+# ZRCAMCTL_EXE names an executable already built (the tests pass theirs);
+# ZRCAMCTL_INSPECT likewise the record inspector.
 exe=${ZRCAMCTL_EXE:-build/$preset/zrcamctl}
-if [ -z "${ZRCAMCTL_EXE:-}" ]; then
+inspector=${ZRCAMCTL_INSPECT:-build/$preset/zrcamctl-inspect}
+if [ -z "${ZRCAMCTL_EXE:-}" ] || [ -z "${ZRCAMCTL_INSPECT:-}" ]; then
   [ -f "build/$preset/CMakeCache.txt" ] || cmake --preset "$preset" >/dev/null
-  cmake --build --preset "$preset" -j 2 --target zrcamctl >/dev/null
+  cmake --build --preset "$preset" -j 2 --target zrcamctl zrcamctl-inspect >/dev/null
 fi
+inspect() {
+  if [ -n "$emulator" ]; then "$emulator" -L "$sysroot" "$inspector" "$@"; else "$inspector" "$@"; fi
+}
 
-# Module codes in table order with their family, and the record size of
-# each as the golden transcripts record it ("CODE Family" / "CODE BYTES").
-# The layouts, once data, will give the sizes (zrcamctl-inspect --reference).
+# "CODE BYTES Family" a module, from the key reference the inspector writes
+# from the layouts; codes without a family have "-" for their size.
 modules() {
-  sed -n 's|^ *{ModuleCode("\(..\)"), &\{0,1\}\([A-Za-z0-9]*\).*|\1 \2|p' modules/module_table.cpp |
-    sed 's/ nullptr$/ (no family)/; s/ k\([A-Z]\)/ \1/'
+  inspect --reference | awk '
+    /^## / { family = substr($0, 4) }
+    /^- Module codes:/ { codes = $0 }
+    /^- Record: / { n = split(codes, c, " "); for (i = 4; i <= n && c[i] != "none"; i++) if (c[i] ~ /^[0-9A-Za-z][0-9A-Za-z]$/) print c[i], $3, family }
+    /^Module codes without a family:/ { for (i = 6; i <= NF; i++) print $i, "-", "(no family)" }'
 }
-record_bytes() {
-  sed -n 's|^/opt/kfp/etc/ZrConf/ZrCamCtlConf\(..\)\.bin bytes \([0-9]*\) .*|\1 \2|p' tests/golden/*.golden |
-    awk '!seen[$1]++'
-}
-if ! modules | grep -q "^$module "; then
-  echo "simulate.sh: no camera module \"$module\" in modules/module_table.cpp" >&2
-  exit 2
-fi
-
 work=$(mktemp -d /tmp/zrcamctl-sim.XXXXXX)
 root=$work/root pids=""
 cleanup() {
@@ -67,14 +65,21 @@ trap cleanup EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
+modules > "$work/modules"
+if ! grep -q "^$module " "$work/modules"; then
+  echo "simulate.sh: no camera module \"$module\" in the module table" >&2
+  exit 2
+fi
+
 programs=opt/sim/bin
 [ $raw = 1 ] && programs=web/cgi-bin
 sh scripts/make_device_root.sh --module "$module" --programs "$programs" \
-  --record-bytes "$(record_bytes | sed -n "s/^$module //p")" "$root" "$exe" "$emulator" "$sysroot"
+  --record-bytes "$(awk -v m="$module" '$1 == m && $2 != "-" { print $2 }' "$work/modules")" "$root" "$exe" "$emulator" "$sysroot"
 mkdir -p "$root/tmp/sim" "$root/web/m" "$root/opt/sim"
 [ -e "$root/dev/zero" ] || mknod -m 666 "$root/dev/zero" c 1 5  # factory records of modules attached later
 for applet in sed head cp mv tr od awk wc; do ln -sf busybox "$root/bin/$applet"; done
-record_bytes > "$root/opt/sim/record-bytes"
+awk '$2 != "-" { print $1, $2 }' "$work/modules" > "$root/opt/sim/record-bytes"
+cp "$inspector" "$root/opt/sim/bin/zrcamctl-inspect"
 if [ $raw = 0 ]; then
   for name in zrcamctlset.cgi zrcamctlapply.cgi zrcamctldefault.cgi zrfisheyeset.cgi; do
     cp tools/sim/adapter.cgi "$root/web/cgi-bin/$name"
@@ -82,48 +87,31 @@ if [ $raw = 0 ]; then
 fi
 cp tools/sim/record.cgi "$root/web/cgi-bin/simrecord.cgi"
 
-# Page generator hook: the form fields of one module's family. Today one
-# free-form field of Key=value lines, sent as form fields when submitted;
-# the layouts (zrcamctl-inspect --reference) will give one field per key,
-# grouped as the layout groups them.
-emit_key_fields() {  # module code, family
-  cat <<HTML
-<p>Keys to post, one <code>Key=value</code> a line:</p>
-<textarea id=keys rows=5 cols=48></textarea><div id=posted></div>
-<script>
-document.getElementById('settings').onsubmit = function () {
-  var posted = document.getElementById('posted'), lines = document.getElementById('keys').value.split('\n');
-  posted.innerHTML = '';
-  for (var i = 0; i < lines.length; i++) {
-    var eq = lines[i].indexOf('='), input = document.createElement('input');
-    if (eq < 1) continue;
-    input.type = 'hidden'; input.name = lines[i].slice(0, eq).trim(); input.value = lines[i].slice(eq + 1).trim();
-    posted.appendChild(input);
-  }
-  setTimeout(function () { document.getElementById('record').src += ''; }, 700);
-};
-</script>
-HTML
-}
-
-style='body{font:14px sans-serif;margin:1em 2em} td{padding:0 .8em} iframe{width:100%;height:22em;border:1px solid #aaa}'
-modules | while read -r code family; do
-  bytes=$(sed -n "s/^$code //p" "$root/opt/sim/record-bytes")
+# A module's page: its form is built in the browser from the record as the
+# inspector decodes it (every key of the family, the keys a gate opens
+# grouped under their set id), with the values the record holds now; only
+# the fields a person changed are posted. Below it, the record view.
+style='body{font:14px sans-serif;margin:1em 2em} td{padding:0 .8em} fieldset{margin:.5em 0}
+label{display:inline-block;margin:2px 1em 2px 0} input[type=text]{width:6em} iframe{width:100%;height:24em;border:1px solid #aaa}'
+while read -r code bytes family; do
   cat > "$root/web/m/$code.html" <<HTML
 <html><head><title>Camera module $code</title><style>$style</style></head><body>
 <p><a href="/">all modules</a></p>
 <h2>Camera module $code</h2>
-<p>$family, record of ${bytes:-unknown size} bytes. Opening this page attaches module $code.</p>
+<p>$family, $([ "$bytes" = - ] && echo "no settings record" || echo "record of $bytes bytes"). Opening this page attaches module $code.</p>
 <form id=settings method=post action="/cgi-bin/zrcamctlset.cgi">
-$(emit_key_fields "$code" "$family")
+<div id=fields>loading the record...</div>
 <input type=hidden name=RetReDir value="/m/$code.html">
 <p><input type=submit id=save value="Save settings"></p>
 </form>
 <iframe id=record src="/cgi-bin/simrecord.cgi?$code"></iframe>
+<script src="/sim/page.js"></script>
 </body></html>
 HTML
-  echo "<tr><td><a href=\"/m/$code.html\">$code</a></td><td>$family</td><td>${bytes:-?}</td></tr>"
-done > "$work/rows"
+  echo "<tr><td><a href=\"/m/$code.html\">$code</a></td><td>$family</td><td>$bytes</td></tr>"
+done < "$work/modules" > "$work/rows"
+mkdir -p "$root/web/sim"
+cp tools/sim/page.js "$root/web/sim/page.js"
 cat > "$root/web/index.html" <<HTML
 <html><head><title>zrcamctl simulator</title><style>$style</style></head><body>
 <h2>Camera modules</h2>

@@ -39,9 +39,12 @@ const freePort = () => new Promise((resolve) => {
     const visits = [], dialogs = [];
     page.on('framenavigated', (f) => { if (f === page.mainFrame()) visits.push(new URL(f.url()).pathname); });
     page.on('dialog', (d) => { dialogs.push(d.message()); d.accept(); });
-    const post = async (keys) => {
-      await page.$eval('#keys', (e) => { e.value = ''; });
-      await page.type('#keys', keys);
+    const post = async (keys) => {  // "Key=value" lines, typed into the page's fields
+      for (const [key, value] of keys.split('\n').map((l) => l.split('='))) {
+        await page.waitForSelector(`input[name=${key}]`);
+        await page.click(`input[name=${key}]`, { clickCount: 3 });
+        await page.type(`input[name=${key}]`, value);
+      }
       const answer = page.waitForResponse((r) => r.url().endsWith('/cgi-bin/zrcamctlset.cgi'));
       await page.click('#save');
       return (await answer).status();
@@ -58,9 +61,11 @@ const freePort = () => new Promise((resolve) => {
     check(bytes()[14] === 1 && bytes()[15] === 40, 'the record holds the posted values (bytes 14, 15)');
     check(seen('[zrcamctld got SIGUSR1 (10)]') > signals, 'the daemon stand-in got SIGUSR1 (10)');
     const recordView = () => page.frames().find((f) => f.url().includes('simrecord.cgi'));
-    await until(async () => (await recordView()?.content().catch(() => ''))?.includes('byte 15: 00 -&gt; 28'),
-      'the page shows the change');
-    await page.type('#keys', 'AwbMode=1\nWbGainR=40');  // as it was posted, for the picture
+    const shown = async (text) => (await recordView()?.content().catch(() => ''))?.includes(text);
+    await until(async () => await shown('   15 WbGainR u8 0 -&gt; 40') && await shown('byte 15: 00 -&gt; 28'),
+      'the page shows the change, by key and by byte');
+    await until(async () => await page.$eval('input[name=WbGainR]', (e) => e.value).catch(() => '') === '40',
+      'the form holds the record\'s values');
     await page.screenshot({ path: path.join(out, 'simulator.png'), fullPage: true });
 
     // A pending lens initialisation: the bare 204 leaves the page in place.
