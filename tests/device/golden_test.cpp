@@ -7,21 +7,157 @@
 //
 // Re-recording after a deliberate change (never done by a plain run):
 //   ZRCAMCTL_GOLDEN_RECORD=1 ctest --preset host -R Golden
+#include <ctype.h>
 #include <dirent.h>
 #include <gtest/gtest.h>
 #include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <map>
+#include <sstream>
+#include <string_view>
 
 #include "device_test_config.h"
 #include "tests/device/device_root.h"
-#include "tests/device/golden_reader.h"
+#include "inspect/family_notes.h"
+#include "inspect/record_keys.h"
+#include "modules/module_table.h"
 
 namespace device_test {
 namespace {
+
+struct Case {
+  std::string name;
+  std::string argv0;
+  Request request;
+  std::string given;     // the case's "given" lines, as written
+  std::string expected;  // everything between "expect" and "end"
+};
+
+// The quoted string at the start of s; s is left after it.
+std::string Unquote(std::string_view& s) {
+  std::string out;
+  size_t i = 1;
+  for (; i < s.size() && s[i] != '"'; ++i) {
+    if (s[i] != '\\') {
+      out += s[i];
+    } else if (s[++i] == 'n') {
+      out += '\n';
+    } else if (s[i] == 'x') {
+      out += static_cast<char>(std::stoi(std::string(s.substr(i + 1, 2)), nullptr, 16));
+      i += 2;
+    } else {
+      out += s[i];
+    }
+  }
+  s.remove_prefix(std::min(s.size(), i + 1));
+  return out;
+}
+
+uint8_t PatternByte(uint8_t seed, size_t i) { return static_cast<uint8_t>(seed + i * 37); }
+
+std::vector<Case> Parse(const std::string& file) {
+  std::vector<Case> cases;
+  std::ifstream in(file);
+  bool expecting = false;
+  for (std::string line; std::getline(in, line);) {
+    if (line.rfind("case ", 0) == 0) {
+      cases.push_back({line.substr(5), "", {.method = "", .contentType = "", .contentLength = ""}, "", ""});
+      expecting = false;
+      continue;
+    }
+    if (cases.empty() || line == "end") continue;
+    Case& c = cases.back();
+    if (expecting || line == "expect") {
+      if (expecting) c.expected += line + "\n";
+      expecting = true;
+      continue;
+    }
+    c.given += line + "\n";
+    std::string_view rest(line);
+    rest.remove_prefix(std::min(rest.size(), rest.find(' ') + 1));
+    if (line.rfind("argv0 ", 0) == 0) {
+      c.argv0 = rest;
+    } else if (line.rfind("env ", 0) == 0) {
+      const std::string e = Unquote(rest);
+      c.request.env.push_back({e.substr(0, e.find('=')), e.substr(e.find('=') + 1)});
+    } else if (line.rfind("stdin ", 0) == 0) {
+      c.request.body = Unquote(rest);
+    }
+  }
+  return cases;
+}
+
+// The transcripts' names in a directory (without ".golden"), sorted, and
+// a name as a test's: letters and digits, '_' for the rest.
+std::vector<std::string> GoldenFiles(const std::string& directory) {
+  std::vector<std::string> files;
+  if (DIR* dir = opendir(directory.c_str())) {
+    while (const dirent* e = readdir(dir)) {
+      const std::string name = e->d_name;
+      if (name.size() > 7 && name.substr(name.size() - 7) == ".golden") files.push_back(name.substr(0, name.size() - 7));
+    }
+    closedir(dir);
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::string GoldenName(const ::testing::TestParamInfo<std::string>& info) {
+  std::string n = info.param;
+  for (char& ch : n)
+    if (!isalnum(static_cast<unsigned char>(ch))) ch = '_';
+  return n;
+}
+
+// A file of a case: a "given PATH ..." line, or a changed file of the outcome.
+struct FileLine {
+  std::string path;
+  std::string description;  // "gone", "dir", "link ...", a quoted text, or "bytes SIZE BASE [SEED]"
+  std::string bytes;        // a bytes file's content, its "  at" lines applied
+};
+
+// The file lines of `text` that start with `prefix` and a path. A "was"
+// base is the same path's content in `was` (zeros past its end).
+std::vector<FileLine> FileLines(const std::string& text, const std::string& prefix,
+                                const std::map<std::string, std::string>& was = {}) {
+  std::vector<FileLine> files;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    std::string_view rest(line);
+    if (rest.substr(0, 5) == "  at ") {
+      if (files.empty()) continue;
+      size_t at = std::stoul(std::string(rest.substr(5)));
+      rest.remove_prefix(rest.find(':') + 1);
+      for (; rest.size() >= 3; rest.remove_prefix(3))
+        files.back().bytes.at(at++) = static_cast<char>(std::stoi(std::string(rest.substr(1, 2)), nullptr, 16));
+      continue;
+    }
+    if (line.compare(0, prefix.size(), prefix) != 0 || line.size() <= prefix.size() || line[prefix.size()] != '/')
+      continue;
+    rest.remove_prefix(prefix.size());
+    FileLine file;
+    file.path = std::string(rest.substr(0, rest.find(' ')));
+    rest.remove_prefix(std::min(rest.size(), file.path.size() + 1));
+    file.description = rest;
+    if (rest.substr(0, 6) == "bytes ") {  // bytes SIZE BASE [SEED]
+      unsigned size = 0, seed = 0;
+      char base[16] = "";
+      sscanf(std::string(rest).c_str(), "bytes %u %15s %x", &size, base, &seed);
+      file.bytes.assign(size, base[0] == 'z' ? 0 : static_cast<char>(seed));
+      const auto before = was.find(file.path);
+      for (size_t i = 0; i < size; ++i) {
+        if (base[0] == 'p') file.bytes[i] = static_cast<char>(PatternByte(static_cast<uint8_t>(seed), i));
+        if (base[0] == 'w') file.bytes[i] = before != was.end() && i < before->second.size() ? before->second[i] : 0;
+      }
+    }
+    files.push_back(file);
+  }
+  return files;
+}
 
 struct Entry {
   char kind;  // 'f' file, 'd' directory, 'l' link
@@ -229,6 +365,68 @@ TEST_P(Golden, Replays) {
     rewritten += Format(c);
   }
   if (record) std::ofstream(file, std::ios::binary | std::ios::trunc) << rewritten;
+}
+
+// The inspector reads back what the set program wrote: for each case that
+// posts one key alone, the record the case left holds, under that key, the
+// posted value as its row stores it; under a shut gate, or in a slot the id
+// does not select, what it held before. Keys of a family's own rules aside.
+KeyValue AsStored(const Field& field, const std::string& posted, std::string& text) {
+  const FieldType type = field.Type();
+  if (type == FieldType::Text || type == FieldType::PaddedText) {
+    text = posted.substr(0, type == FieldType::Text ? field.arg - 1u : field.arg);
+    return {true, 0, reinterpret_cast<const uint8_t*>(text.data()), text.size()};
+  }
+  const ValueRule rule = field.Rule();
+  uint32_t v = rule == ValueRule::Unsigned ? DecimalToUInt32(posted.c_str()) : FormValueToInt(posted.c_str());
+  if (rule == ValueRule::Reversed) v = field.arg - v;
+  if (rule == ValueRule::AtLeastOne && static_cast<int32_t>(v) <= 0) v = 1;
+  v &= type == FieldType::U8 || rule == ValueRule::LowByte ? 0xFF : type == FieldType::U16 ? 0xFFFF : ~0u;
+  const bool signedWord = type == FieldType::U32 && rule != ValueRule::Unsigned;
+  return {false, type == FieldType::Checkbox ? 1 : signedWord ? int64_t{static_cast<int32_t>(v)} : int64_t{v}, nullptr, 0};
+}
+
+TEST_P(Golden, DecodesAsPosted) {
+  static RecordKey keys[kMaxRecordKeys];
+  for (const Case& c : Parse(std::string(ZRCAMCTL_GOLDEN_DIR) + "/" + GetParam() + ".golden")) {
+    if (c.name.find(" OneKey ") == std::string::npos) continue;
+    const std::string pair = c.request.body.substr(0, c.request.body.find('&'));
+    const std::string key = pair.substr(0, pair.find('=')), value = pair.substr(pair.find('=') + 1);
+    std::map<std::string, std::string> given;  // the module of the product code (0J unless given)
+    std::string code = "0J", path;
+    for (const FileLine& file : FileLines(c.given, "given ")) {
+      given[file.path] = file.bytes;
+      std::string_view quoted = file.description;
+      const std::string text = file.path == "/proc/driver/qe_basic_conf" ? Unquote(quoted) : "";
+      if (text.find("QEF_STR1=\"") != std::string::npos) code = text.substr(text.find("QEF_STR1=\"") + 29, 2);
+    }
+    path = DeviceRoot::RecordPath(code);
+    std::string record = given[path], was = record;
+    for (const FileLine& file : FileLines(c.expected, "", given))
+      if (file.path == path) record = file.bytes;
+    const ModuleRow* row = FindModuleRow(ModuleCode({code[0], code[1], 0}));
+    ASSERT_TRUE(row && row->family && FindFamilyNotes(row->family)) << c.name << ": module " << code;
+    ASSERT_EQ(record.size(), row->family->recordSize) << c.name;
+    was.resize(record.size());  // a missing record reads as zeros
+    const RecordView now = {reinterpret_cast<uint8_t*>(record.data()), row->family->recordSize};
+    const RecordView before = {reinterpret_cast<uint8_t*>(was.data()), row->family->recordSize};
+    if (IsOwnKey(*FindFamilyNotes(row->family), key.c_str())) continue;
+    int found = 0;
+    for (int k = 0, count = ListRecordKeys(row->family->layout, keys, kMaxRecordKeys); k < count; ++k) {
+      char posted[kShownKeySize], want[kShownValueSize], got[kShownValueSize];
+      PostedKey(keys[k], posted, sizeof posted);
+      const uint32_t id = keys[k].group ? StoredValue(now, *keys[k].group) : 0;
+      const bool shut = keys[k].group && id >= keys[k].limit;
+      if (key != posted || (keys[k].kind == KeyKind::Slot && !shut && id != keys[k].index)) continue;
+      ++found;
+      std::string text;
+      const KeyValue expected = shut ? ReadKey(keys[k], before) : AsStored(keys[k].field, value, text);
+      ShowValue(expected, false, want, sizeof want);
+      ShowValue(ReadKey(keys[k], now), false, got, sizeof got);
+      EXPECT_STREQ(got, want) << GetParam() << ": case " << c.name << ": " << key << " at " << keys[k].field.offset;
+    }
+    EXPECT_GT(found, 0) << GetParam() << ": case " << c.name << ": no key " << key << " in the layout";
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Transcripts, Golden, ::testing::ValuesIn(GoldenFiles(ZRCAMCTL_GOLDEN_DIR)), GoldenName);
