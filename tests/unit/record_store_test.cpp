@@ -68,13 +68,11 @@ TEST_F(RecordStore, ReadsAndWrites) {
   }
 }
 
-// A replaced record keeps the old file's permissions.
 TEST_F(RecordStore, KeepsPermissions) {
   const std::string path = dir + "/rec.bin";
   std::ofstream(path, std::ios::binary) << "old";
   chmod(path.c_str(), 0604);
-  char record[] = "abcd";
-  EXPECT_EQ(ZrCamCtlWriteConfToFile(record, 4, path.c_str()), 4);
+  EXPECT_EQ(ZrCamCtlWriteConfToFile("abcd", 4, path.c_str()), 4);
   struct stat st = {};
   EXPECT_EQ(stat(path.c_str(), &st) == 0 ? st.st_mode & 07777 : 0u, 0604u);
 }
