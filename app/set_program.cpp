@@ -28,14 +28,20 @@ int ZrCamCtlSet(char* errorBuffer) {
   const ModuleRow* row = FindModuleRow(static_cast<uint32_t>(id));
   if (!row) {
     fprintf(stderr,
-            "[zrcamctlset.cgi] not exist function for control zrcamctld[ExtCamId:0x%08x,Index=%d pFunc=0x%08x]\n",
-            static_cast<unsigned>(id), -1, kNoHandlerMarker);
+        "[zrcamctlset.cgi] not exist function for control zrcamctld[ExtCamId:0x%08x,Index=%d "
+        "pFunc=0x%08x]\n",
+        static_cast<unsigned>(id),
+        -1,
+        kNoHandlerMarker);
     return 0;
   }
   if (!row->family) {
     fprintf(stderr,
-            "[zrcamctlset.cgi] not exist function for control zrcamctld[ExtCamId:0x%08x,Index=%d pFunc=0x%08x]\n",
-            static_cast<unsigned>(id), static_cast<int>(row - ModuleTable), 0u);
+        "[zrcamctlset.cgi] not exist function for control zrcamctld[ExtCamId:0x%08x,Index=%d "
+        "pFunc=0x%08x]\n",
+        static_cast<unsigned>(id),
+        static_cast<int>(row - ModuleTable),
+        0u);
     return 0;
   }
   MakeCamCtlConfPath(path, kRecordPathBufferSize, gPnCode);

@@ -23,8 +23,11 @@ static double RunOnce(const char* root, const char* body, const char* program, l
   if (stat(body, &st) != 0) exit(2);
   char length[32];
   snprintf(length, sizeof length, "CONTENT_LENGTH=%lld", (long long)st.st_size);
-  char* env[] = {"PATH=/bin:/usr/bin:/usr/sbin", "REQUEST_METHOD=POST",
-                 "CONTENT_TYPE=application/x-www-form-urlencoded", length, NULL};
+  char* env[] = {"PATH=/bin:/usr/bin:/usr/sbin",
+      "REQUEST_METHOD=POST",
+      "CONTENT_TYPE=application/x-www-form-urlencoded",
+      length,
+      NULL};
   char* argv[] = {(char*)program, NULL};
   const double start = Now();
   const pid_t pid = fork();
@@ -74,6 +77,11 @@ int main(int argc, char** argv) {
     b[i] = RunOnce(argv[1], argv[2], argv[5], &rssB);
     ratio[i] = a[i] / b[i];
   }
-  printf("%.0f %.0f %.3f %ld %ld\n", Median(a, runs), Median(b, runs), Median(ratio, runs), rssA, rssB);
+  printf("%.0f %.0f %.3f %ld %ld\n",
+      Median(a, runs),
+      Median(b, runs),
+      Median(ratio, runs),
+      rssA,
+      rssB);
   return 0;
 }

@@ -121,9 +121,12 @@ int ParseReserved(size_t length) {
   size_t pos = 0;
   // Every entry has its "=": their count bounds the names to come.
   uint32_t entries = 0;
-  for (const char* p = data; (p = static_cast<const char*>(memchr(p, '=', length - (p - data)))) != nullptr; ++p)
+  for (const char* p = data;
+       (p = static_cast<const char*>(memchr(p, '=', length - (p - data)))) != nullptr;
+       ++p)
     ++entries;
-  const uint32_t capped = entries < kIndexSlotsForLargestForm / 8 * 7 ? entries : kIndexSlotsForLargestForm / 8 * 7;
+  const uint32_t capped =
+      entries < kIndexSlotsForLargestForm / 8 * 7 ? entries : kIndexSlotsForLargestForm / 8 * 7;
   if (!IndexRoomFor(gForm.names + capped)) return -1;
   while (pos < length) {
     const char* eq = static_cast<const char*>(memchr(data + pos, '=', length - pos));
@@ -269,7 +272,8 @@ int32_t DecimalToInt32(const char* text, const char** end) {
     if (magnitude <= INT64_C(2147483648)) magnitude = magnitude * 10 + (*p - '0');
   }
   if (end) *end = p == digits ? text : reinterpret_cast<const char*>(p);
-  if (negative) return magnitude >= INT64_C(2147483648) ? INT32_MIN : static_cast<int32_t>(-magnitude);
+  if (negative)
+    return magnitude >= INT64_C(2147483648) ? INT32_MIN : static_cast<int32_t>(-magnitude);
   return magnitude > INT32_MAX ? INT32_MAX : static_cast<int32_t>(magnitude);
 }
 

@@ -14,7 +14,9 @@ constexpr int kPathSize = 128;
 
 bool Given(const char* key, char* value) { return FormLookup(key, value, kValueSize) == LookupOk; }
 
-bool GivenAsYes(const char* key, char* value) { return Given(key, value) && strcmp(value, "YES") == 0; }
+bool GivenAsYes(const char* key, char* value) {
+  return Given(key, value) && strcmp(value, "YES") == 0;
+}
 
 void RunCommand(const char* command) {
   fflush(gCgi.out);  // keep what is written so far ahead of the child's output
@@ -52,8 +54,10 @@ struct Escape {
   const char* as;
 };
 // Inside a double-quoted script string, and as HTML text.
-constexpr Escape kJavaScriptEscapes[] = {{'\\', "\\\\"}, {'"', "\\\""}, {'\n', "\\n"}, {'\r', "\\r"}, {'<', "\\x3c"}};
-constexpr Escape kHtmlEscapes[] = {{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&#39;"}};
+constexpr Escape kJavaScriptEscapes[] = {
+    {'\\', "\\\\"}, {'"', "\\\""}, {'\n', "\\n"}, {'\r', "\\r"}, {'<', "\\x3c"}};
+constexpr Escape kHtmlEscapes[] = {
+    {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&#39;"}};
 
 template <size_t N>
 void WriteEscaped(const char* text, const Escape (&escapes)[N]) {

@@ -87,10 +87,12 @@ constexpr Field kTailFields[] = {
     // 181: not set here
 };
 
-
-
 constexpr Block kLayout[] = {
-    Fields(kFields), Steps(kBoxEdges), Fields(kEmissivityMode), Slot(kEmissivityTable, kEmissivityMode), Fields(kTailFields),
+    Fields(kFields),
+    Steps(kBoxEdges),
+    Fields(kEmissivityMode),
+    Slot(kEmissivityTable, kEmissivityMode),
+    Fields(kTailFields),
 };
 
 }  // namespace

@@ -120,19 +120,23 @@ constexpr Field kIrisScanSet = U8("IrisScanSet", 123);
 
 // A size that would reach past the picture's edge is cut to end at it; a
 // position already past the edge leaves the wrapped 16-bit difference.
-constexpr size_t kStabilizerRow = sizeof kExposureToStabilizer / sizeof kExposureToStabilizer[0] - 1;
+constexpr size_t kStabilizerRow =
+    sizeof kExposureToStabilizer / sizeof kExposureToStabilizer[0] - 1;
 static_assert(kExposureToStabilizer[kStabilizerRow].offset == 90);
 constexpr uint32_t kStabilizerState = 121;
 
-void KeepInsidePicture(const RecordView& record, uint32_t posOffset, uint32_t sizeOffset, uint32_t edge) {
+void KeepInsidePicture(
+    const RecordView& record, uint32_t posOffset, uint32_t sizeOffset, uint32_t edge) {
   const uint32_t position = record.GetU16(posOffset);
   if (record.GetU16(sizeOffset) + position > edge) record.PutU16(sizeOffset, edge - position);
 }
 
 void KeepAreasInsidePicture(const FormValue&, const RecordView& record) {
   for (int i = 0; i < kAreaPosX.count; ++i) {
-    KeepInsidePicture(record, kAreaPosX.Element(i).offset, kAreaSizeX.Element(i).offset, kPictureWidth);
-    KeepInsidePicture(record, kAreaPosY.Element(i).offset, kAreaSizeY.Element(i).offset, kPictureHeight);
+    KeepInsidePicture(
+        record, kAreaPosX.Element(i).offset, kAreaSizeX.Element(i).offset, kPictureWidth);
+    KeepInsidePicture(
+        record, kAreaPosY.Element(i).offset, kAreaSizeY.Element(i).offset, kPictureHeight);
   }
 }
 

@@ -36,8 +36,10 @@ template <uint32_t Base, Trait Pending>
 struct PtzPatternBlock {
   static constexpr uint32_t kPatterns = 4;
   static constexpr Field kActions[] = {
-      U8("PatternViewId", Base, Pending), U8("PatternStartId", Base + 1, Pending),
-      U8("PatternEndId", Base + 2, Pending), U8("PatternRunId", Base + 3, Pending),
+      U8("PatternViewId", Base, Pending),
+      U8("PatternStartId", Base + 1, Pending),
+      U8("PatternEndId", Base + 2, Pending),
+      U8("PatternRunId", Base + 3, Pending),
       U8("PatternStopId", Base + 4, Pending),
   };
   static constexpr Field kSetId = U8("PatternSetId", Base + 5);

@@ -223,7 +223,8 @@ constexpr Layout kWholeLayout = CheckedLayout<kRecordSize>(kLayout);
 constexpr uint8_t kPresetsEnd = 15;      // blocks up to the preset slot
 constexpr uint8_t kMainTitleBlock = 34;  // the last block
 static_assert(kLayout[kPresetsEnd - 1].fields == &kPresetSetFocus);
-static_assert(kLayout[kMainTitleBlock].fields == &kMainTitle && kMainTitleBlock + 1 == sizeof kLayout / sizeof kLayout[0]);
+static_assert(kLayout[kMainTitleBlock].fields == &kMainTitle &&
+              kMainTitleBlock + 1 == sizeof kLayout / sizeof kLayout[0]);
 
 // Every set-id gate of the layout, to tell an edit from a plain save.
 bool AnySlotOpen(const RecordView& record) {

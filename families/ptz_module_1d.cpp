@@ -50,9 +50,7 @@ constexpr Field kScanActions[] = {
 };
 constexpr Field kScanSetId = U8("ScanSetId", 98);
 constexpr Field kScanSlot[] = {
-    U8("ScanSetMode", 100),
-    U8("ScanSetDwell", 101),
-    U8("ScanSetSpeed", 102),
+    U8("ScanSetMode", 100), U8("ScanSetDwell", 101), U8("ScanSetSpeed", 102),
     // 103..126: not set here
 };
 

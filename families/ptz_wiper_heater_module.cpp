@@ -73,9 +73,7 @@ using Presets = PtzPresetBlock<98, kCommand>;
 
 using Groups = PtzGroupBlock<492, kCommand>;
 constexpr Field kGroupCommands[] = {
-    U8("GrpClearId", 559),
-    U8("GrpRunId", 560, kCommand),
-    U8("GrpStopId", 561, kCommand),
+    U8("GrpClearId", 559), U8("GrpRunId", 560, kCommand), U8("GrpStopId", 561, kCommand),
     // 562..565: not set here
 };
 

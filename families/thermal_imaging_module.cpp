@@ -32,13 +32,12 @@ constexpr Field kFieldsBeforeAgcPresets[] = {
 constexpr Field kAgcPresets = U32("AgcPresets", 44, kUnsigned);
 
 constexpr Field kFieldsAfterAgcPresets[] = {
-    U16("Contrast", 48),
-    U16("Brightness", 50),
-    U16("BrightBias", 52),
+    U16("Contrast", 48), U16("Brightness", 50), U16("BrightBias", 52),
     // 54..55: not set here
 };
 
-constexpr Block kLayout[] = {Fields(kFieldsBeforeAgcPresets), Fields(kAgcPresets), Fields(kFieldsAfterAgcPresets)};
+constexpr Block kLayout[] = {
+    Fields(kFieldsBeforeAgcPresets), Fields(kAgcPresets), Fields(kFieldsAfterAgcPresets)};
 
 }  // namespace
 

@@ -80,7 +80,8 @@ constexpr Field kPositionAndAlarmFields[] = {
 };
 
 // Presets: 544 on: names, 32 bytes per preset id.
-constexpr NameTable kPresetNames = {"PresetName", 544, 32, 16, U16("PresetSetId", 25888), kIdle << 8 | kIdle};
+constexpr NameTable kPresetNames = {
+    "PresetName", 544, 32, 16, U16("PresetSetId", 25888), kIdle << 8 | kIdle};
 constexpr Field kPresetSetId = U16("PresetSetId", 25888);  // 65535: no preset edited
 constexpr Field kPresetEnable = U8("PresetEnable", 25890);
 constexpr Field kPresetFields[] = {
@@ -105,7 +106,8 @@ constexpr Field kPresetRunFields[] = {
     U8("PresetRunSetId", 25957),
 };
 // 25958 on: run strings, 128 bytes per preset run id.
-constexpr NameTable kPresetRunStrings = {"PresetRunStr", 25958, 128, 128, U8("PresetRunSetId", 25957), kIdle};
+constexpr NameTable kPresetRunStrings = {
+    "PresetRunStr", 25958, 128, 128, U8("PresetRunSetId", 25957), kIdle};
 
 // Scans: 26502 on: names, 32 bytes per scan id.
 constexpr NameTable kScanNames = {"ScanSetName", 26502, 32, 16, U8("ScanSetId", 26766), kIdle};
@@ -119,9 +121,7 @@ constexpr Field kScanSetFields[] = {
     U8("ScanSetDwellTime", 26772),
 };
 constexpr Field kScanRunFields[] = {
-    U8("ScanSetRunMode", 26773),
-    U8("ScanRunId", 26774, kCommand),
-    U8("ScanAllClear", 26775),
+    U8("ScanSetRunMode", 26773), U8("ScanRunId", 26774, kCommand), U8("ScanAllClear", 26775),
     // 26776..26791: not set here
 };
 
@@ -149,8 +149,7 @@ constexpr IndexedField kTourSteps[] = {
     Indexed("TourSetDwell%d", 0, 16, 27500, 1, FieldType::U8),
 };
 constexpr Field kTourRunFields[] = {
-    U8("TourRunId", 27516, kCommand),
-    U8("TourAllClear", 27517),
+    U8("TourRunId", 27516, kCommand), U8("TourAllClear", 27517),
     // 27518..27525: not set here
 };
 

@@ -67,7 +67,8 @@ constexpr Field kColourAndOutput[] = {
 
 constexpr uint32_t kRecordSize = 91;
 
-constexpr Block kLayout[] = {Fields(kExposure), Product(kStages, kStageCount), Fields(kColourAndOutput)};
+constexpr Block kLayout[] = {
+    Fields(kExposure), Product(kStages, kStageCount), Fields(kColourAndOutput)};
 
 }  // namespace
 

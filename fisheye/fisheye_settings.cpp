@@ -17,10 +17,14 @@ struct FisheyeKey {
 // In the order the values are written. The source height has no form key:
 // its line is never changed here.
 constexpr FisheyeKey kFisheyeKeys[] = {
-    {"CenterX", "CENTER_X"},         {"CenterY", "CENTER_Y"},
-    {"OuterRadius", "OUTER_RADIUS"}, {"InnerRadius", "INNER_RADIUS"},
-    {"CenterRect", "CENTER_RECT"},   {"SrcStartX", "SRC_START_X"},
-    {"SrcStartY", "SRC_START_Y"},    {"SrcWidth", "SRC_WIDTH"},
+    {"CenterX", "CENTER_X"},
+    {"CenterY", "CENTER_Y"},
+    {"OuterRadius", "OUTER_RADIUS"},
+    {"InnerRadius", "INNER_RADIUS"},
+    {"CenterRect", "CENTER_RECT"},
+    {"SrcStartX", "SRC_START_X"},
+    {"SrcStartY", "SRC_START_Y"},
+    {"SrcWidth", "SRC_WIDTH"},
 };
 
 }  // namespace

@@ -27,10 +27,10 @@ enum class FieldType : uint8_t {
 
 // A family's transform of a converted value before it is stored.
 enum class ValueRule : uint8_t {
-  Stored,    // as converted
-  LowByte,   // only the low 8 bits, whatever the field's width
-  Reversed,  // the row's constant minus the posted value
-  Unsigned,  // converted as an unsigned decimal (no sign, no base prefix)
+  Stored,      // as converted
+  LowByte,     // only the low 8 bits, whatever the field's width
+  Reversed,    // the row's constant minus the posted value
+  Unsigned,    // converted as an unsigned decimal (no sign, no base prefix)
   AtLeastOne,  // 0 or negative becomes 1
 };
 
@@ -107,10 +107,16 @@ constexpr Field U32(const char* key, uint32_t offset, Trait trait = kPlain) {
   return {key, static_cast<uint16_t>(offset), PackForm(FieldType::U32, trait), trait.arg};
 }
 constexpr Field Text(const char* key, uint32_t offset, uint32_t size) {
-  return {key, static_cast<uint16_t>(offset), PackForm(FieldType::Text, kPlain), static_cast<uint8_t>(size)};
+  return {key,
+      static_cast<uint16_t>(offset),
+      PackForm(FieldType::Text, kPlain),
+      static_cast<uint8_t>(size)};
 }
 constexpr Field PaddedText(const char* key, uint32_t offset, uint32_t size) {
-  return {key, static_cast<uint16_t>(offset), PackForm(FieldType::PaddedText, kPlain), static_cast<uint8_t>(size)};
+  return {key,
+      static_cast<uint16_t>(offset),
+      PackForm(FieldType::PaddedText, kPlain),
+      static_cast<uint8_t>(size)};
 }
 
 // The outer row of a product: a key prefix and the base offset of its rows.
@@ -135,28 +141,28 @@ struct IndexedField {
   }
 };
 
-constexpr IndexedField Indexed(const char* keyFormat, int first, int count, uint32_t offset, uint32_t stride,
-                               FieldType type, Trait trait = kPlain) {
+constexpr IndexedField Indexed(const char* keyFormat, int first, int count, uint32_t offset,
+    uint32_t stride, FieldType type, Trait trait = kPlain) {
   return {keyFormat,
-          static_cast<uint16_t>(offset),
-          static_cast<uint16_t>(count),
-          PackForm(type, trait),
-          trait.arg,
-          static_cast<uint8_t>(first),
-          static_cast<uint8_t>(stride)};
+      static_cast<uint16_t>(offset),
+      static_cast<uint16_t>(count),
+      PackForm(type, trait),
+      trait.arg,
+      static_cast<uint8_t>(first),
+      static_cast<uint8_t>(stride)};
 }
 
 // A table of slots under one key: the slot an id row selects, slot i at
 // offset + i * stride, `slots` of them (see the Slot block).
 constexpr IndexedField SlotTable(const char* key, uint32_t offset, uint32_t slots, uint32_t stride,
-                                 FieldType type, uint32_t textSize = 0) {
+    FieldType type, uint32_t textSize = 0) {
   return {key,
-          static_cast<uint16_t>(offset),
-          static_cast<uint16_t>(slots),
-          PackForm(type, kPlain),
-          static_cast<uint8_t>(textSize),
-          0,
-          static_cast<uint8_t>(stride)};
+      static_cast<uint16_t>(offset),
+      static_cast<uint16_t>(slots),
+      PackForm(type, kPlain),
+      static_cast<uint8_t>(textSize),
+      0,
+      static_cast<uint8_t>(stride)};
 }
 
 // ---- Layout blocks -----------------------------------------------------------
@@ -165,22 +171,25 @@ constexpr IndexedField SlotTable(const char* key, uint32_t offset, uint32_t slot
 using OwnRule = void (*)(const FormValue& form, const RecordView& record);
 
 enum class Op : uint8_t {
-  Fields,        // every row, in table order
-  Steps,         // parallel arrays, element by element: every array's key for an index, then the next index
-  Gate,          // the set-id row; the next `count` blocks only while its stored value is below `limit`
+  Fields,  // every row, in table order
+  Steps,   // parallel arrays, element by element: every array's key for an index, then the next
+           // index
+  Gate,    // the set-id row; the next `count` blocks only while its stored value is below `limit`
   ClearedText,   // a text row; an absent or empty value clears the whole field
   KeyValueLock,  // the "KeyValue" row; while its byte is not 0 nothing after it is merged
   OneShot,       // a one-shot command row; a request without it leaves the command idle
-  Slot,          // a slot table's key, stored in the slot its id row selects while the id is below the slot count
-  Product,       // keys made of a prefix and a suffix: every outer row (prefix, base offset) with
-                 // every inner row (suffix, offset from the base, type)
-  Own,           // the family's own rule
+  Slot,  // a slot table's key, stored in the slot its id row selects while the id is below the slot
+         // count
+  Product,  // keys made of a prefix and a suffix: every outer row (prefix, base offset) with
+            // every inner row (suffix, offset from the base, type)
+  Own,      // the family's own rule
 };
 
 struct Block {
   Op op;
   uint8_t count;
-  uint16_t limit;  // Gate: the set-id limit; Product: the inner rows; Fields: the rows that may be pending
+  uint16_t limit;  // Gate: the set-id limit; Product: the inner rows; Fields: the rows that may be
+                   // pending
   const Field* fields;
   const IndexedField* arrays;
   OwnRule own;
@@ -208,15 +217,28 @@ constexpr Block Steps(const IndexedField (&arrays)[N]) {
   static_assert(N < 256, "a step block holds at most 255 arrays");
   return {Op::Steps, static_cast<uint8_t>(N), 0, nullptr, arrays, nullptr};
 }
-constexpr Block Steps(const IndexedField& array) { return {Op::Steps, 1, 0, nullptr, &array, nullptr}; }
+constexpr Block Steps(const IndexedField& array) {
+  return {Op::Steps, 1, 0, nullptr, &array, nullptr};
+}
 // The set id is stored when posted (a byte keeps its low 8 bits); the
 // following `blocks` blocks are merged only while it is below limit.
 constexpr Block Gate(const Field& setId, uint32_t limit, int blocks) {
-  return {Op::Gate, static_cast<uint8_t>(blocks), static_cast<uint16_t>(limit), &setId, nullptr, nullptr};
+  return {Op::Gate,
+      static_cast<uint8_t>(blocks),
+      static_cast<uint16_t>(limit),
+      &setId,
+      nullptr,
+      nullptr};
 }
-constexpr Block ClearedText(const Field& text) { return {Op::ClearedText, 1, 0, &text, nullptr, nullptr}; }
-constexpr Block KeyValueLock(const Field& keyValue) { return {Op::KeyValueLock, 1, 0, &keyValue, nullptr, nullptr}; }
-constexpr Block OneShot(const Field& command) { return {Op::OneShot, 1, 0, &command, nullptr, nullptr}; }
+constexpr Block ClearedText(const Field& text) {
+  return {Op::ClearedText, 1, 0, &text, nullptr, nullptr};
+}
+constexpr Block KeyValueLock(const Field& keyValue) {
+  return {Op::KeyValueLock, 1, 0, &keyValue, nullptr, nullptr};
+}
+constexpr Block OneShot(const Field& command) {
+  return {Op::OneShot, 1, 0, &command, nullptr, nullptr};
+}
 // The id row is merged by its own block; this one only reads it.
 constexpr Block Slot(const IndexedField& table, const Field& id) {
   return {Op::Slot, 1, 0, &id, &table, nullptr};
@@ -224,7 +246,12 @@ constexpr Block Slot(const IndexedField& table, const Field& id) {
 // rows: the outer rows, then the inner rows.
 template <size_t N>
 constexpr Block Product(const Field (&rows)[N], int outer) {
-  return {Op::Product, static_cast<uint8_t>(outer), static_cast<uint16_t>(N - outer), rows, nullptr, nullptr};
+  return {Op::Product,
+      static_cast<uint8_t>(outer),
+      static_cast<uint16_t>(N - outer),
+      rows,
+      nullptr,
+      nullptr};
 }
 constexpr Block Own(OwnRule rule) { return {Op::Own, 0, 0, nullptr, nullptr, rule}; }
 
@@ -264,19 +291,20 @@ constexpr void ForEachRow(const Block& block, Visit visit) {
         const Field& outer = block.fields[o];
         for (int i = 0; i < block.limit; ++i) {
           const Field& inner = block.fields[block.count + i];
-          visit(Field{nullptr, static_cast<uint16_t>(outer.offset + inner.offset), inner.form, inner.arg}, outer.key,
-                inner.key);
+          visit(Field{nullptr,
+                    static_cast<uint16_t>(outer.offset + inner.offset),
+                    inner.form,
+                    inner.arg},
+              outer.key,
+              inner.key);
         }
       }
       break;
-    case Op::Own:
-      break;
+    case Op::Own: break;
     case Op::Fields:
       for (int r = 0; r < block.count; ++r) visit(block.fields[r], block.fields[r].key, "");
       break;
-    default:
-      visit(block.fields[0], block.fields[0].key, "");
-      break;
+    default: visit(block.fields[0], block.fields[0].key, ""); break;
   }
 }
 
@@ -290,8 +318,8 @@ constexpr void ForEachSpan(const Block& block, Visit visit) {
 // Inside the record; rows of a table and arrays of a step block in offset
 // order; no two byte ranges of the family overlapping unless `overlaps`
 // declares them (pairs of offsets).
-consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSize, const uint16_t* overlaps,
-                           size_t overlapCount) {
+consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSize,
+    const uint16_t* overlaps, size_t overlapCount) {
   if (recordSize > kLargestRecord) LayoutErrorRecordTooLarge();
   for (size_t b = 0; b < count; ++b) {
     const Block& block = blocks[b];
@@ -301,20 +329,25 @@ consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSiz
     });
     if (block.op == Op::Fields)
       for (int r = 1; r < block.count; ++r)
-        if (block.fields[r].offset <= block.fields[r - 1].offset) LayoutErrorTableNotInOffsetOrder();
+        if (block.fields[r].offset <= block.fields[r - 1].offset)
+          LayoutErrorTableNotInOffsetOrder();
     if (block.op == Op::Steps)
       for (int a = 1; a < block.count; ++a)
-        if (block.arrays[a].offset <= block.arrays[a - 1].offset) LayoutErrorTableNotInOffsetOrder();
+        if (block.arrays[a].offset <= block.arrays[a - 1].offset)
+          LayoutErrorTableNotInOffsetOrder();
     if (block.op == Op::Steps || block.op == Op::Slot)
       for (int a = 0; a < block.count; ++a) {
         const IndexedField& array = block.arrays[a];
         if (array.count != block.arrays[0].count) LayoutErrorStepCountsDiffer();
-        if (array.count < 1 || array.offset + (array.count - 1u) * array.stride + WidthOf(array.Type(), array.arg) > recordSize)
+        if (array.count < 1 ||
+            array.offset + (array.count - 1u) * array.stride + WidthOf(array.Type(), array.arg) >
+                recordSize)
           LayoutErrorFieldOutsideRecord();
       }
     if (block.op == Op::Product) {
       for (int r = 1; r < block.count + block.limit; ++r)
-        if (r != block.count && block.fields[r].offset <= block.fields[r - 1].offset) LayoutErrorTableNotInOffsetOrder();
+        if (r != block.count && block.fields[r].offset <= block.fields[r - 1].offset)
+          LayoutErrorTableNotInOffsetOrder();
       ForEachRow(block, [&](const Field&, const char* prefix, const char* suffix) {
         size_t length = 0;
         while (prefix[length]) ++length;
@@ -323,7 +356,8 @@ consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSiz
       });
       for (int o = 0; o < block.count; ++o)
         if (block.fields[o].offset + block.fields[block.count + block.limit - 1].offset +
-                block.fields[block.count + block.limit - 1].Width() > recordSize)
+                block.fields[block.count + block.limit - 1].Width() >
+            recordSize)
           LayoutErrorFieldOutsideRecord();
     }
   }

@@ -14,8 +14,11 @@ namespace {
 bool ArgumentsValid(const void* record, int32_t recordSize, const char* filePath) {
   if (record && recordSize > 0 && filePath) return true;
   // The record is not text: print where it is, not what it holds.
-  fprintf(stderr, "arg is wrong [a_conf:%p , a_confSize:%d , a_filePath=%s\n", record,
-          static_cast<int>(recordSize), filePath ? filePath : "(null)");
+  fprintf(stderr,
+      "arg is wrong [a_conf:%p , a_confSize:%d , a_filePath=%s\n",
+      record,
+      static_cast<int>(recordSize),
+      filePath ? filePath : "(null)");
   return false;
 }
 
@@ -31,8 +34,10 @@ int ZrCamCtlReadConfFromFile(void* record, int32_t recordSize, const char* fileP
   const size_t got = fread(record, 1, static_cast<size_t>(recordSize), file);
   fclose(file);
   if (got != static_cast<size_t>(recordSize)) {
-    fprintf(stderr, "fread is failed [sizeToRead:%d sizeToReaded:%d]\n", static_cast<int>(recordSize),
-            static_cast<int>(got));
+    fprintf(stderr,
+        "fread is failed [sizeToRead:%d sizeToReaded:%d]\n",
+        static_cast<int>(recordSize),
+        static_cast<int>(got));
     return -3;
   }
   return recordSize;
@@ -47,8 +52,10 @@ int ZrCamCtlWriteConfToFile(const void* record, int32_t recordSize, const char* 
   }
   const size_t put = fwrite(record, 1, static_cast<size_t>(recordSize), replacement.file);
   if (put != static_cast<size_t>(recordSize)) {
-    fprintf(stderr, "fwrite is failed [sizeToWrite=%d sizeToWritten=%d]\n", static_cast<int>(recordSize),
-            static_cast<int>(put));
+    fprintf(stderr,
+        "fwrite is failed [sizeToWrite=%d sizeToWritten=%d]\n",
+        static_cast<int>(recordSize),
+        static_cast<int>(put));
     AbandonReplacement(replacement);
     return -3;
   }

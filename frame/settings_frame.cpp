@@ -71,12 +71,12 @@ void StorePosted(const FormValue& form, const RecordView& record, const Field& f
       target[length] = '\0';
       break;
     }
-    case FieldType::PaddedText:
-      strncpy(target, form.Text(), field.arg);
-      break;
+    case FieldType::PaddedText: strncpy(target, form.Text(), field.arg); break;
     default:
-      StoreField(record, field,
-                 field.Rule() == ValueRule::Unsigned ? static_cast<int32_t>(DecimalToUInt32(form.Text())) : form.Int());
+      StoreField(record,
+          field,
+          field.Rule() == ValueRule::Unsigned ? static_cast<int32_t>(DecimalToUInt32(form.Text()))
+                                              : form.Int());
       break;
   }
 }
@@ -102,7 +102,8 @@ bool FieldPending(const RecordView& record, const Field& field) {
   const uint32_t value = StoredValue(record, field);
   switch (field.PendingWhile()) {
     case Pending::Never: return false;
-    case Pending::UntilIdle: return value != (field.Type() == FieldType::U16 ? (kIdle << 8 | kIdle) : kIdle);
+    case Pending::UntilIdle:
+      return value != (field.Type() == FieldType::U16 ? (kIdle << 8 | kIdle) : kIdle);
     case Pending::UntilZero: return value != 0;
     case Pending::Below: return value <= field.arg;
   }
@@ -123,10 +124,8 @@ void MergeSteps(const FormValue& form, const RecordView& record, const Block& bl
       const IndexedField& array = block.arrays[a];
       const bool posted = form.LookupIndexed(array.keyFormat, array.first + i);
       const Field element = array.Element(i);
-      if (array.Type() == FieldType::Checkbox)
-        record.PutU8(element.offset, posted ? 1 : 0);
-      else if (posted)
-        StoreField(record, element, form.Int());
+      if (array.Type() == FieldType::Checkbox) record.PutU8(element.offset, posted ? 1 : 0);
+      else if (posted) StoreField(record, element, form.Int());
     }
   }
 }
@@ -144,16 +143,12 @@ void MergeLayout(const FormValue& form, const RecordView& record, const Layout& 
           if (form.Lookup(rows->key)) StorePosted(form, record, *rows);
         break;
       }
-      case Op::Steps:
-        MergeSteps(form, record, block);
-        break;
+      case Op::Steps: MergeSteps(form, record, block); break;
       case Op::Gate:
         MergeField(form, record, block.fields[0]);
         if (StoredValue(record, block.fields[0]) >= block.limit) b += block.count;
         break;
-      case Op::ClearedText:
-        MergeClearedText(form, record, block.fields[0]);
-        break;
+      case Op::ClearedText: MergeClearedText(form, record, block.fields[0]); break;
       case Op::KeyValueLock:
         MergeField(form, record, block.fields[0]);
         if (StoredValue(record, block.fields[0]) != 0) return;
@@ -161,7 +156,8 @@ void MergeLayout(const FormValue& form, const RecordView& record, const Layout& 
       case Op::Slot: {
         const IndexedField& table = block.arrays[0];
         const uint32_t id = StoredValue(record, block.fields[0]);
-        if (id < table.count) MergeField(form, record, table.Element(static_cast<int>(id)).Keyed(table.keyFormat));
+        if (id < table.count)
+          MergeField(form, record, table.Element(static_cast<int>(id)).Keyed(table.keyFormat));
         break;
       }
       case Op::Product:
@@ -174,9 +170,7 @@ void MergeLayout(const FormValue& form, const RecordView& record, const Layout& 
       case Op::OneShot:
         if (!MergeField(form, record, block.fields[0])) record.PutU8(block.fields[0].offset, kIdle);
         break;
-      case Op::Own:
-        block.own(form, record);
-        break;
+      case Op::Own: block.own(form, record); break;
     }
   }
 }
@@ -188,7 +182,8 @@ bool LayoutPending(const RecordView& record, const Layout& layout) {
     if (block.op == Op::Fields) {  // only the span of rows that may be pending
       const int end = block.limit >> 8;
       for (int r = block.limit & 0xFF; r < end && !pending; ++r)
-        pending = block.fields[r].PendingWhile() != Pending::Never && FieldPending(record, block.fields[r]);
+        pending = block.fields[r].PendingWhile() != Pending::Never &&
+                  FieldPending(record, block.fields[r]);
     } else {
       ForEachRow(block, [&](const Field& row, const char*, const char*) {
         pending = pending || (row.PendingWhile() != Pending::Never && FieldPending(record, row));
@@ -204,18 +199,13 @@ int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, ch
   memset(record.bytes, 0, record.size);
   if (ReadOnce(record, path) >= 0) return 0;
   switch (policy) {
-    case ReadPolicy::Continue:
-      fputs(kReadFailed, stderr);
-      return 0;
-    case ReadPolicy::ContinueInCgi:
-      fputs(kReadFailedInCgi, stderr);
-      return 0;
+    case ReadPolicy::Continue: fputs(kReadFailed, stderr); return 0;
+    case ReadPolicy::ContinueInCgi: fputs(kReadFailedInCgi, stderr); return 0;
     case ReadPolicy::Abort:
       Report(errorBuffer, kReadFailed);
       fputs(kReadFailed, stderr);
       return -1;
-    case ReadPolicy::Retry:
-      break;
+    case ReadPolicy::Retry: break;
   }
   for (int attempt = 1;; ++attempt) {
     fputs(attempt == 1 ? kReadFailedRetryFirst : kReadFailedRetry, stderr);
@@ -227,7 +217,8 @@ int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, ch
   return -2;
 }
 
-int WriteRecord(WriteFailure failure, const RecordView& record, const char* path, char* errorBuffer) {
+int WriteRecord(
+    WriteFailure failure, const RecordView& record, const char* path, char* errorBuffer) {
   if (ZrCamCtlWriteConfToFile(record.bytes, static_cast<int32_t>(record.size), path) >= 0) return 0;
   if (failure.syncFirst) sync();
   Report(errorBuffer, kWriteFailed);
@@ -235,8 +226,8 @@ int WriteRecord(WriteFailure failure, const RecordView& record, const char* path
   return failure.result;
 }
 
-int RunSettingsFrame(const SettingsFamily& family, uint8_t moduleOption, char* errorBuffer,
-                     const char* recordPath) {
+int RunSettingsFrame(
+    const SettingsFamily& family, uint8_t moduleOption, char* errorBuffer, const char* recordPath) {
   if (family.ownFrame) return family.ownFrame(family, errorBuffer, recordPath);
   char value[kMaxValueBufferSize] = {};
   const FormValue form = {value, family.valueBufferSize};

@@ -49,10 +49,10 @@ struct FormValue {
 // ---- Result rules -------------------------------------------------------------
 
 enum class Answer : uint8_t {
-  ReturnPage,              // always 1
-  Bare,                    // always 0: the bare 204 answer
-  UnlessPending,           // 0 while a row of the layout holds a pending command, else 1
-  UnlessPendingIfModule,   // the same on modules whose row asks for it, else 1
+  ReturnPage,             // always 1
+  Bare,                   // always 0: the bare 204 answer
+  UnlessPending,          // 0 while a row of the layout holds a pending command, else 1
+  UnlessPendingIfModule,  // the same on modules whose row asks for it, else 1
 };
 struct ResultRule {
   Answer answer;
@@ -87,13 +87,15 @@ enum ModuleOption : uint8_t {
 // ---- The frame ------------------------------------------------------------------
 
 // The steps of the frame; the record buffer lives on the stack.
-int RunSettingsFrame(const SettingsFamily& family, uint8_t moduleOption, char* errorBuffer, const char* recordPath);
+int RunSettingsFrame(
+    const SettingsFamily& family, uint8_t moduleOption, char* errorBuffer, const char* recordPath);
 
 // The steps, for families that run their own frame.
 // ReadRecord: 0 to go on merging, or the handler's result when it must stop.
 // WriteRecord: 0 when stored, or the family's write-failure result.
 int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, char* errorBuffer);
-int WriteRecord(WriteFailure failure, const RecordView& record, const char* path, char* errorBuffer);
+int WriteRecord(
+    WriteFailure failure, const RecordView& record, const char* path, char* errorBuffer);
 void MergeLayout(const FormValue& form, const RecordView& record, const Layout& layout);
 bool LayoutPending(const RecordView& record, const Layout& layout);
 

@@ -10,9 +10,11 @@ namespace {
 
 const char* ReadPolicyText(ReadPolicy policy) {
   switch (policy) {
-    case ReadPolicy::Continue: return "a failed read is reported and the zeroed record merged and written";
+    case ReadPolicy::Continue:
+      return "a failed read is reported and the zeroed record merged and written";
     case ReadPolicy::ContinueInCgi: return "as a continued read, reported \"in Cgi\"";
-    case ReadPolicy::Abort: return "a failed read is reported on the error page (-1); nothing is written";
+    case ReadPolicy::Abort:
+      return "a failed read is reported on the error page (-1); nothing is written";
     case ReadPolicy::Retry: return "three reads 100 ms apart, then -2; nothing is written";
   }
   return "";
@@ -24,7 +26,8 @@ const char* ResultText(Answer answer) {
     case Answer::Bare: return "the bare 204";
     case Answer::UnlessPending: return "204 while a row's command is pending, else the return page";
     case Answer::UnlessPendingIfModule:
-      return "on the modules marked *pending*, 204 while a row's command is pending; else the return page";
+      return "on the modules marked *pending*, 204 while a row's command is pending; else the "
+             "return page";
   }
   return "";
 }
@@ -47,7 +50,10 @@ void RuleText(const RecordKey& key, char* out, size_t size) {
     case ValueRule::Stored: break;
   }
   switch (f.PendingWhile()) {
-    case Pending::UntilIdle: add(f.Type() == FieldType::U16 ? "command: pending until 65535" : "command: pending until 255"); break;
+    case Pending::UntilIdle:
+      add(f.Type() == FieldType::U16 ? "command: pending until 65535"
+                                     : "command: pending until 255");
+      break;
     case Pending::UntilZero: add("request flag: pending while not 0"); break;
     case Pending::Below: add("object id: acts (pending) while below %u", arg + 1); break;
     case Pending::Never: break;
@@ -56,7 +62,9 @@ void RuleText(const RecordKey& key, char* out, size_t size) {
   if (f.Type() == FieldType::Text) add("at most %u characters and a NUL", arg - 1);
   if (f.Type() == FieldType::PaddedText) add("up to %u characters, NUL-padded", arg);
   switch (key.op) {
-    case Op::Gate: add("set id: the blocks after it are merged only while it is below its limit"); break;
+    case Op::Gate:
+      add("set id: the blocks after it are merged only while it is below its limit");
+      break;
     case Op::ClearedText: add("cleared whole when absent or empty"); break;
     case Op::KeyValueLock: add("while not 0, nothing after it is merged"); break;
     case Op::OneShot: add("idle (255) when not posted"); break;
@@ -81,18 +89,28 @@ void WriteFamily(FILE* out, const SettingsFamily& family, const RecordKey* keys,
   int codes = 0;
   for (const ModuleRow& row : ModuleTable) {
     if (row.family != &family) continue;
-    fprintf(out, " %c%c%s", row.code >> 8, row.code & 0xFF, row.option & kAnswersPending ? " (*pending*)" : "");
+    fprintf(out,
+        " %c%c%s",
+        row.code >> 8,
+        row.code & 0xFF,
+        row.option & kAnswersPending ? " (*pending*)" : "");
     ++codes;
   }
   fprintf(out, "%s\n", codes ? "" : " none (no module code routes to it)");
-  fprintf(out, "- Record: %u bytes; form values up to %u bytes\n", static_cast<unsigned>(family.recordSize),
-          static_cast<unsigned>(family.valueBufferSize - 1));
+  fprintf(out,
+      "- Record: %u bytes; form values up to %u bytes\n",
+      static_cast<unsigned>(family.recordSize),
+      static_cast<unsigned>(family.valueBufferSize - 1));
   fprintf(out, "- Read: %s\n", ReadPolicyText(family.readPolicy));
-  fprintf(out, "- Failed write: %d%s\n", family.writeFailure.result,
-          family.writeFailure.syncFirst ? ", after the file systems are synced" : "");
+  fprintf(out,
+      "- Failed write: %d%s\n",
+      family.writeFailure.result,
+      family.writeFailure.syncFirst ? ", after the file systems are synced" : "");
   fprintf(out, "- Result: %s\n", ResultText(family.result.answer));
   if (family.ownFrame)
-    fprintf(out, "- Own frame: %s\n", notes && notes->ownFrame ? notes->ownFrame : "the family's own rule");
+    fprintf(out,
+        "- Own frame: %s\n",
+        notes && notes->ownFrame ? notes->ownFrame : "the family's own rule");
   if (notes && notes->ownKeys[0]) fprintf(out, "- Keys of its own rules: `%s`\n", notes->ownKeys);
   fputs("\n| offset | key | width | gate | rule |\n|---:|---|---|---|---|\n", out);
   int own = 0;
@@ -112,22 +130,36 @@ void WriteFamily(FILE* out, const SettingsFamily& family, const RecordKey* keys,
       snprintf(offset, sizeof offset, "%u", static_cast<unsigned>(key.field.offset));
       gate[0] = '\0';
       if (key.group && key.kind != KeyKind::Slot)
-        snprintf(gate, sizeof gate, "`%s` below %u", key.group->key, static_cast<unsigned>(key.limit));
+        snprintf(
+            gate, sizeof gate, "`%s` below %u", key.group->key, static_cast<unsigned>(key.limit));
       if (key.kind == KeyKind::Element || key.kind == KeyKind::Slot) {
         // An array or a slot table on one line: its first element and its last.
         int last = k;
-        while (last + 1 < count && keys[last + 1].block == b && keys[last + 1].name == key.name) ++last;
+        while (last + 1 < count && keys[last + 1].block == b && keys[last + 1].name == key.name)
+          ++last;
         const unsigned step = last > k ? keys[k + 1].field.offset - key.field.offset : 0;
-        snprintf(offset, sizeof offset, "%u..%u step %u", static_cast<unsigned>(key.field.offset),
-                 static_cast<unsigned>(keys[last].field.offset), step);
+        snprintf(offset,
+            sizeof offset,
+            "%u..%u step %u",
+            static_cast<unsigned>(key.field.offset),
+            static_cast<unsigned>(keys[last].field.offset),
+            step);
         char pattern[kShownKeySize];
         KeyPattern(key.name, pattern, sizeof pattern);
         if (key.kind == KeyKind::Element)
-          snprintf(name, sizeof name, "`%s`, n = %u..%u", pattern, static_cast<unsigned>(key.index),
-                   static_cast<unsigned>(keys[last].index));
+          snprintf(name,
+              sizeof name,
+              "`%s`, n = %u..%u",
+              pattern,
+              static_cast<unsigned>(key.index),
+              static_cast<unsigned>(keys[last].index));
         else
-          snprintf(name, sizeof name, "`%s` in slot `%s` (0..%u)", pattern, key.group->key,
-                   static_cast<unsigned>(keys[last].index));
+          snprintf(name,
+              sizeof name,
+              "`%s` in slot `%s` (0..%u)",
+              pattern,
+              key.group->key,
+              static_cast<unsigned>(keys[last].index));
         k = last;
       } else {
         char posted[kShownKeySize];
@@ -142,15 +174,19 @@ void WriteFamily(FILE* out, const SettingsFamily& family, const RecordKey* keys,
 }  // namespace
 
 bool WriteKeyReference(FILE* out) {
-  fputs("# Settings record keys\n\n"
-        "Every key the settings back end stores, per camera-module family, in the order the merge takes them,\n"
-        "read from the families' layouts. Generated: do not edit; after changing a layout run\n\n"
-        "    build/host/zrcamctl-inspect --reference > docs/keys.md\n\n"
-        "Widths: `u8`, `u16`, `i32` (a word read as signed), `u32` (a word stored unsigned), all little-endian;\n"
-        "`text[N]`: a NUL-terminated text in N bytes; `chars[N]`: up to N characters, NUL-padded.\n"
-        "A gate's keys are merged only while its set id is stored below the limit; a slot table's key goes to\n"
-        "the slot its id row selects. Rows marked *own rule* are the family's own code.\n",
-        out);
+  fputs(
+      "# Settings record keys\n\n"
+      "Every key the settings back end stores, per camera-module family, in the order the merge "
+      "takes them,\n"
+      "read from the families' layouts. Generated: do not edit; after changing a layout run\n\n"
+      "    build/host/zrcamctl-inspect --reference > docs/keys.md\n\n"
+      "Widths: `u8`, `u16`, `i32` (a word read as signed), `u32` (a word stored unsigned), all "
+      "little-endian;\n"
+      "`text[N]`: a NUL-terminated text in N bytes; `chars[N]`: up to N characters, NUL-padded.\n"
+      "A gate's keys are merged only while its set id is stored below the limit; a slot table's "
+      "key goes to\n"
+      "the slot its id row selects. Rows marked *own rule* are the family's own code.\n",
+      out);
   for (const ModuleRow& row : ModuleTable)
     if (row.family && !FindFamilyNotes(row.family)) return false;
   static RecordKey keys[kMaxRecordKeys];

@@ -21,7 +21,8 @@
 namespace {
 
 constexpr char kUsage[] =
-    "usage: zrcamctl-inspect [--json] MODULE RECORD_FILE | [--json] --diff MODULE OLD NEW | --reference\n";
+    "usage: zrcamctl-inspect [--json] MODULE RECORD_FILE | [--json] --diff MODULE OLD NEW | "
+    "--reference\n";
 
 // One line on standard error; the exit status for bad input.
 __attribute__((format(printf, 1, 2))) int Fail(const char* format, ...) {
@@ -52,12 +53,17 @@ bool ReadRecordFile(const char* path, uint8_t* bytes, uint32_t size) {
   }
   close(fd);
   if (got == size) return true;
-  if (got > size) return Fail("%s: longer than the %u-byte record", path, static_cast<unsigned>(size)), false;
-  return Fail("%s: %u bytes, not the %u-byte record", path, static_cast<unsigned>(got), static_cast<unsigned>(size)),
+  if (got > size)
+    return Fail("%s: longer than the %u-byte record", path, static_cast<unsigned>(size)), false;
+  return Fail("%s: %u bytes, not the %u-byte record",
+             path,
+             static_cast<unsigned>(got),
+             static_cast<unsigned>(size)),
          false;
 }
 
-void PrintKey(const RecordKey& key, bool json, const KeyValue& value, const KeyValue* now, bool& first) {
+void PrintKey(
+    const RecordKey& key, bool json, const KeyValue& value, const KeyValue* now, bool& first) {
   char name[kShownKeySize], type[16], shown[kShownValueSize], shownNow[kShownValueSize] = "";
   TypeName(key.field, type, sizeof type);
   ShowValue(value, json, shown, sizeof shown);
@@ -65,10 +71,8 @@ void PrintKey(const RecordKey& key, bool json, const KeyValue& value, const KeyV
   const unsigned offset = key.field.offset;
   if (!json) {
     ShownKey(key, name, sizeof name);
-    if (now)
-      printf("%5u %s %s %s -> %s\n", offset, name, type, shown, shownNow);
-    else
-      printf("%5u %s %s %s\n", offset, name, type, shown);
+    if (now) printf("%5u %s %s %s -> %s\n", offset, name, type, shown, shownNow);
+    else printf("%5u %s %s %s\n", offset, name, type, shown);
     return;
   }
   PostedKey(key, name, sizeof name);
@@ -77,16 +81,15 @@ void PrintKey(const RecordKey& key, bool json, const KeyValue& value, const KeyV
   if (key.group) printf(", \"group\": \"%s\"", key.group->key);
   if (key.kind == KeyKind::Slot) printf(", \"slot\": %u", static_cast<unsigned>(key.index));
   if (key.field.Type() == FieldType::Checkbox) fputs(", \"checkbox\": true", stdout);
-  if (now)
-    printf(", \"type\": \"%s\", \"old\": %s, \"new\": %s}", type, shown, shownNow);
-  else
-    printf(", \"type\": \"%s\", \"value\": %s}", type, shown);
+  if (now) printf(", \"type\": \"%s\", \"old\": %s, \"new\": %s}", type, shown, shownNow);
+  else printf(", \"type\": \"%s\", \"value\": %s}", type, shown);
 }
 
 int Inspect(bool json, const char* module, const char* path, const char* newPath) {
   const ModuleRow* row = nullptr;
   if (strlen(module) == 2)
-    row = FindModuleRow(static_cast<unsigned char>(module[0]) * 256u + static_cast<unsigned char>(module[1]));
+    row = FindModuleRow(
+        static_cast<unsigned char>(module[0]) * 256u + static_cast<unsigned char>(module[1]));
   if (!row) return Fail("unknown module code \"%s\"", module);
   if (!row->family) return Fail("module %s has no settings family", module);
   const SettingsFamily& family = *row->family;
@@ -128,7 +131,8 @@ int main(int argc, char** argv) {
     } else if (strcmp(argv[a], "--diff") == 0) {
       diff = true;
     } else if (strcmp(argv[a], "--reference") == 0 && argc == 2) {
-      if (!WriteKeyReference(stdout)) return Fail("a family of the module table is missing from the reference");
+      if (!WriteKeyReference(stdout))
+        return Fail("a family of the module table is missing from the reference");
       a = argc;
       break;
     } else {

@@ -13,7 +13,8 @@ int ListRecordKeys(const Layout& layout, RecordKey* keys, int capacity, bool byO
     if (b > gateEnd) gate = nullptr;
     int visit = 0;  // arrays are visited one after the other, element by element
     ForEachRow(block, [&](const Field& row, const char* prefix, const char* suffix) {
-      RecordKey key = {row, prefix, suffix, gate, gateLimit, 0, KeyKind::Row, block.op, static_cast<uint8_t>(b)};
+      RecordKey key = {
+          row, prefix, suffix, gate, gateLimit, 0, KeyKind::Row, block.op, static_cast<uint8_t>(b)};
       if (block.op == Op::Steps || block.op == Op::Slot) {
         const IndexedField& array = block.arrays[visit / block.arrays[0].count];
         const int i = visit % block.arrays[0].count;
@@ -59,18 +60,20 @@ void ShownKey(const RecordKey& key, char* out, size_t size) {
   PostedKey(key, posted, sizeof posted);
   if (key.kind == KeyKind::Slot)
     snprintf(out, size, "%s[%u]", posted, static_cast<unsigned>(key.index));
-  else if (key.group)
-    snprintf(out, size, "%s/%s", key.group->key, posted);
-  else
-    snprintf(out, size, "%s", posted);
+  else if (key.group) snprintf(out, size, "%s/%s", key.group->key, posted);
+  else snprintf(out, size, "%s", posted);
 }
 
 void TypeName(const Field& field, char* out, size_t size) {
   switch (field.Type()) {
     case FieldType::U16: snprintf(out, size, "u16"); break;
-    case FieldType::U32: snprintf(out, size, field.Rule() == ValueRule::Unsigned ? "u32" : "i32"); break;
+    case FieldType::U32:
+      snprintf(out, size, field.Rule() == ValueRule::Unsigned ? "u32" : "i32");
+      break;
     case FieldType::Text: snprintf(out, size, "text[%u]", static_cast<unsigned>(field.arg)); break;
-    case FieldType::PaddedText: snprintf(out, size, "chars[%u]", static_cast<unsigned>(field.arg)); break;
+    case FieldType::PaddedText:
+      snprintf(out, size, "chars[%u]", static_cast<unsigned>(field.arg));
+      break;
     default: snprintf(out, size, "u8"); break;
   }
 }
@@ -83,8 +86,10 @@ KeyValue ReadKey(const RecordKey& key, const RecordView& record) {
   }
   const uint32_t bits = StoredValue(record, field);
   const bool signedWord = field.Type() == FieldType::U32 && field.Rule() != ValueRule::Unsigned;
-  return {false, signedWord ? static_cast<int64_t>(static_cast<int32_t>(bits)) : static_cast<int64_t>(bits), nullptr,
-          0};
+  return {false,
+      signedWord ? static_cast<int64_t>(static_cast<int32_t>(bits)) : static_cast<int64_t>(bits),
+      nullptr,
+      0};
 }
 
 bool SameValue(const KeyValue& a, const KeyValue& b) {
@@ -107,10 +112,8 @@ void ShowValue(const KeyValue& value, bool json, char* out, size_t size) {
   for (size_t i = 0; i < value.length; ++i) {
     const unsigned c = value.text[i];
     char escaped[8] = {static_cast<char>(c), '\0'};
-    if (c == '"' || c == '\\')
-      snprintf(escaped, sizeof escaped, "\\%c", static_cast<char>(c));
-    else if (c == '\n')
-      snprintf(escaped, sizeof escaped, "\\n");
+    if (c == '"' || c == '\\') snprintf(escaped, sizeof escaped, "\\%c", static_cast<char>(c));
+    else if (c == '\n') snprintf(escaped, sizeof escaped, "\\n");
     else if (c < 0x20 || c > 0x7e)
       snprintf(escaped, sizeof escaped, json ? "\\u%04x" : "\\x%02x", c);
     put(escaped);

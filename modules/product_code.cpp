@@ -51,7 +51,8 @@ int PnCodeUtilQefStrRead(char* out, int keyOffset) {
   char copyPath[64];
   snprintf(copyPath, sizeof copyPath, device::kBasicConfCopyFormat, static_cast<int>(getpid()));
   char command[160];
-  snprintf(command, sizeof command, device::kCatCommandFormat, device::kBasicConfProcFile, copyPath);
+  snprintf(
+      command, sizeof command, device::kCatCommandFormat, device::kBasicConfProcFile, copyPath);
   // Whatever another user may have planted at the copy path (a link to a
   // file of ours) goes first, and the copy is read without following links.
   remove(copyPath);
@@ -108,8 +109,10 @@ int MakeCamCtlConfPath(char* pathBuffer, int bufferLength, const char* pnCode) {
   snprintf(value, sizeof value, device::kRecordPathFormat, pnCode[19], pnCode[20]);
   const int valueLength = static_cast<int>(strlen(value));
   if (valueLength >= bufferLength) {
-    fprintf(stderr, "strlen(value)>=a_filePathBufferLength [strlen(value)=%d a_filePathBufferLength=%d]\n",
-            valueLength, bufferLength);
+    fprintf(stderr,
+        "strlen(value)>=a_filePathBufferLength [strlen(value)=%d a_filePathBufferLength=%d]\n",
+        valueLength,
+        bufferLength);
     return -3;
   }
   memcpy(pathBuffer, value, static_cast<size_t>(valueLength) + 1);

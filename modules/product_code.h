@@ -25,4 +25,3 @@ int32_t GetExtCamId();
 // "/opt/kfp/etc/ZrConf/ZrCamCtlConf%c%c.bin" for the product code: 0, or
 // -1 null argument, -2 product code too short, -3 buffer too small.
 int MakeCamCtlConfPath(char* pathBuffer, int bufferLength, const char* pnCode);
-

@@ -28,8 +28,8 @@ enum LogLine : int {
   kLineSaveNull = 262,
 };
 
-[[gnu::format(printf, 3, 4)]] void log_failure(const char* function, int line, const char* format,
-                                               ...) {
+[[gnu::format(printf, 3, 4)]] void log_failure(
+    const char* function, int line, const char* format, ...) {
   fprintf(stderr, "[%s:%s(%d)]\t", function, "tcfg_util", line);
   va_list args;
   va_start(args, format);
@@ -45,9 +45,7 @@ bool is_key_separator(char c) { return c == ' ' || c == '=' || c == '\t'; }
 
 bool is_quote(char c) { return c == '"' || c == '\''; }
 
-bool ends_value(char c) {
-  return c == '\0' || c == ';' || is_quote(c) || c == '#' || c == '\r';
-}
+bool ends_value(char c) { return c == '\0' || c == ';' || is_quote(c) || c == '#' || c == '\r'; }
 
 // Forgets every replaced line; the lines point into the text again after
 // the next split.
@@ -92,8 +90,7 @@ int find_value(const tcfg* cfg, const char* key, int occurrence, int startLine, 
     const char* line = cfg->lines[i];
     // strncmp stops at the end of a shorter line, so line[keyLength] is
     // read only when the whole key matched.
-    if (!line || strncmp(line, key, keyLength) != 0 || !is_key_separator(line[keyLength]))
-      continue;
+    if (!line || strncmp(line, key, keyLength) != 0 || !is_key_separator(line[keyLength])) continue;
     if (skipped++ < occurrence) continue;
 
     const char* value = line + keyLength;
@@ -149,7 +146,7 @@ bool column_index_valid(int col) {
 // The occurrence-th row whose key column reads keyText, and the value of its
 // column `col` in that row; -1 when there is none.
 int find_row(const tcfg* cfg, int keyCol, const char* keyText, int col, const char* delimiters,
-             int occurrence, Span* value) {
+    int occurrence, Span* value) {
   if (occurrence < 0) return -1;
   const size_t keyLength = strlen(keyText);
   int skipped = 0;
@@ -306,8 +303,8 @@ int load_cfg(tcfg* cfg) {
   return split_lines(cfg);
 }
 
-int get_cfg_value(tcfg* cfg, const char* key, char* out, int outSize, int occurrence,
-                  int startLine) {
+int get_cfg_value(
+    tcfg* cfg, const char* key, char* out, int outSize, int occurrence, int startLine) {
   if (!out || outSize <= 0) return -1;
   out[0] = '\0';
   if (!cfg || !key) return -1;
@@ -322,8 +319,7 @@ int get_cfg_value(tcfg* cfg, const char* key, char* out, int outSize) {
   return get_cfg_value(cfg, key, out, outSize, 0, 0);
 }
 
-int set_cfg_value(tcfg* cfg, const char* key, const char* newValue, int occurrence,
-                  int startLine) {
+int set_cfg_value(tcfg* cfg, const char* key, const char* newValue, int occurrence, int startLine) {
   if (!cfg || !key || !newValue) return -1;
   Span span;
   const int index = find_value(cfg, key, occurrence, startLine, &span);
@@ -374,7 +370,7 @@ int get_cfg_col(tcfg* cfg, int row, int col, const char* delimiters, char* out, 
 }
 
 int find_cfg_row(tcfg* cfg, int keyCol, const char* keyText, int col, const char* delimiters,
-                 char* out, int outSize, int occurrence) {
+    char* out, int outSize, int occurrence) {
   if (!out || outSize <= 0) return -1;
   out[0] = '\0';
   if (!cfg || !keyText || !delimiters) return -1;
@@ -386,7 +382,7 @@ int find_cfg_row(tcfg* cfg, int keyCol, const char* keyText, int col, const char
 }
 
 int set_cfg_col(tcfg* cfg, int keyCol, const char* keyText, int col, const char* delimiters,
-                const char* newValue, int occurrence) {
+    const char* newValue, int occurrence) {
   if (!cfg || !keyText || !delimiters || !newValue) return -1;
   if (!column_index_valid(keyCol) || !column_index_valid(col)) return -1;
   Span value;

@@ -41,14 +41,13 @@ int load_cfg(tcfg* cfg);
 
 // Copies the value of the occurrence-th "KEY = value" line at or after
 // `startLine` into `out`. The line index, or -1 with `out` emptied.
-int get_cfg_value(tcfg* cfg, const char* key, char* out, int outSize, int occurrence,
-                  int startLine);
+int get_cfg_value(
+    tcfg* cfg, const char* key, char* out, int outSize, int occurrence, int startLine);
 int get_cfg_value(tcfg* cfg, const char* key, char* out, int outSize);
 
 // Replaces that value with `newValue`, keeping the rest of the line. A key
 // that is not in the file is never added. 0 or -1.
-int set_cfg_value(tcfg* cfg, const char* key, const char* newValue, int occurrence,
-                  int startLine);
+int set_cfg_value(tcfg* cfg, const char* key, const char* newValue, int occurrence, int startLine);
 int set_cfg_value(tcfg* cfg, const char* key, const char* newValue);
 
 // Writes every line, each ended by LF, to the object's path. 0 or -1.
@@ -64,11 +63,11 @@ int get_cfg_col(tcfg* cfg, int row, int col, const char* delimiters, char* out, 
 // Column `col` of the occurrence-th row whose column `keyCol` reads
 // `keyText`. The row index, or -1 with `out` emptied.
 int find_cfg_row(tcfg* cfg, int keyCol, const char* keyText, int col, const char* delimiters,
-                 char* out, int outSize, int occurrence);
+    char* out, int outSize, int occurrence);
 
 // Replaces column `col` of the row find_cfg_row would pick. 0 or -1.
 int set_cfg_col(tcfg* cfg, int keyCol, const char* keyText, int col, const char* delimiters,
-                const char* newValue, int occurrence);
+    const char* newValue, int occurrence);
 
 // Appends a copy of `text` as the new last line. 0 or -1.
 int add_cfg_line(tcfg* cfg, const char* text);

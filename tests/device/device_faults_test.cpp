@@ -23,16 +23,18 @@ TEST(DeviceFaults, LargeFormsAreReadWhole) {
   std::string exactlyOneMiB = "AwbMode=9&x=";
   exactlyOneMiB.resize(1048576, 'x');
   std::string manyEntries;
-  for (int i = 0; i < 50000; ++i) manyEntries += "k" + std::to_string(i) + "=" + std::to_string(i) + "&";
+  for (int i = 0; i < 50000; ++i)
+    manyEntries += "k" + std::to_string(i) + "=" + std::to_string(i) + "&";
   manyEntries += "AwbMode=2&AwbMode=3";  // the first occurrence wins
   // The largest single environment string Linux passes to a program (128 KiB).
   std::string query = "AwbMode=4&pad=";
   query.resize(131072 - sizeof("QUERY_STRING="), 'q');
   for (const auto& [method, form, awbMode] :
-       {std::tuple{"POST", exactlyOneMiB, 9}, {"POST", manyEntries, 2}, {"GET", query, 4}}) {
+      {std::tuple{"POST", exactlyOneMiB, 9}, {"POST", manyEntries, 2}, {"GET", query, 4}}) {
     root.Reset();
     root.WriteRecord("0J", ZoomRecord());
-    const Answer a = method == std::string("GET") ? root.Get("zrcamctlset.cgi", form) : root.Post("zrcamctlset.cgi", form);
+    const Answer a = method == std::string("GET") ? root.Get("zrcamctlset.cgi", form)
+                                                  : root.Post("zrcamctlset.cgi", form);
     EXPECT_EQ(a.exitStatus, 0) << awbMode;
     EXPECT_EQ(Hex(*root.ReadRecord("0J")), Hex(ZoomRecord(awbMode)));
   }
@@ -80,7 +82,8 @@ TEST(DeviceFaults, ReadOnlyFisheyeFile) {
   root.Unmount(conf);
   EXPECT_EQ(root.ReadFile(conf), "CENTER_X = 320\n");
   // The new text is in place but cannot replace the mounted file.
-  EXPECT_EQ(a.err, "open error: Device or resource busy\n[SendSignalToVmfd] Send sig = [12] to vmfd. [OK]\n");
+  EXPECT_EQ(a.err,
+      "open error: Device or resource busy\n[SendSignalToVmfd] Send sig = [12] to vmfd. [OK]\n");
   EXPECT_NE(a.out.find("location.href=\"/a\""), std::string::npos);
   EXPECT_EQ(a.vmfdSignals, std::vector<int>{12});
 }

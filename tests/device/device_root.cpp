@@ -36,7 +36,6 @@ std::string Setting(const char* name, const char* built) {
   return v ? v : built;
 }
 
-
 int RemoveOne(const char* path, const struct stat*, int, FTW*) { return remove(path); }
 
 void Shell(const std::string& command) {
@@ -74,10 +73,14 @@ std::string Slurp(const std::string& path) {
 std::string ErrorPage(const std::string& program, const std::string& error) {
   std::string errorText;
   for (const char c : error) {
-    errorText += c == '\n' ? std::string("\\n") : c == '"' || c == '\\' ? std::string("\\") + c : std::string(1, c);
+    errorText += c == '\n'               ? std::string("\\n")
+                 : c == '"' || c == '\\' ? std::string("\\") + c
+                                         : std::string(1, c);
   }
   return "Content-type: text/html\r\n\r\n<html>\n<head>\n<script language=javascript>\n"
-         "alert(\"" + program + " Cgi Func:[" + errorText + "] return ERROR!!!\");\n"
+         "alert(\"" +
+         program + " Cgi Func:[" + errorText +
+         "] return ERROR!!!\");\n"
          "history.go(-1);\n</script>\n</head>\n</html>\n";
 }
 
@@ -110,8 +113,8 @@ DeviceRoot::DeviceRoot() {
   emulator_ = Setting("ZRCAMCTL_EMULATOR", ZRCAMCTL_EMULATOR);
   const std::string exe = Setting("ZRCAMCTL_EXE", ZRCAMCTL_EXE);
   const std::string script = Setting("ZRCAMCTL_ROOT_SCRIPT", ZRCAMCTL_ROOT_SCRIPT);
-  Shell("/bin/sh " + Quote(script) + " " + Quote(root_) + " " + Quote(exe) + " " + Quote(emulator_) + " " +
-        Quote(Setting("ZRCAMCTL_SYSROOT", ZRCAMCTL_SYSROOT)));
+  Shell("/bin/sh " + Quote(script) + " " + Quote(root_) + " " + Quote(exe) + " " +
+        Quote(emulator_) + " " + Quote(Setting("ZRCAMCTL_SYSROOT", ZRCAMCTL_SYSROOT)));
 
   // A real /proc lets sanitizer runtimes read their own maps; the driver's
   // directory is replaced by a small file system holding the stand-in
@@ -119,7 +122,8 @@ DeviceRoot::DeviceRoot() {
   const std::string proc = root_ + "/proc";
   if (mount("proc", proc.c_str(), "proc", 0, nullptr) == 0) {
     procMounted_ = true;
-    if (mount("tmpfs", (proc + "/driver").c_str(), "tmpfs", 0, "size=64k") != 0) Die("mount /proc/driver");
+    if (mount("tmpfs", (proc + "/driver").c_str(), "tmpfs", 0, "size=64k") != 0)
+      Die("mount /proc/driver");
   } else {
     mkdir((proc + "/driver").c_str(), 0755);
   }
@@ -130,7 +134,8 @@ DeviceRoot::DeviceRoot() {
 
 DeviceRoot::~DeviceRoot() {
   StopDaemons();
-  for (auto it = mounts_.rbegin(); it != mounts_.rend(); ++it) umount2(HostPath(*it).c_str(), MNT_DETACH);
+  for (auto it = mounts_.rbegin(); it != mounts_.rend(); ++it)
+    umount2(HostPath(*it).c_str(), MNT_DETACH);
   bool clean = true;
   if (procMounted_) {
     clean = umount2((root_ + "/proc/driver").c_str(), MNT_DETACH) == 0 &&
@@ -183,13 +188,15 @@ std::vector<int> DeviceRoot::CollectSignals(size_t daemon) const {
 }
 
 void DeviceRoot::Reset() {
-  for (auto it = mounts_.rbegin(); it != mounts_.rend(); ++it) umount2(HostPath(*it).c_str(), MNT_DETACH);
+  for (auto it = mounts_.rbegin(); it != mounts_.rend(); ++it)
+    umount2(HostPath(*it).c_str(), MNT_DETACH);
   mounts_.clear();
   for (const char* p : {"/tmp", "/opt/kfp/etc", "/var/savecfg.calls", "/bin/cat"}) RemoveAll(p);
   MakeDirs("/opt/kfp/etc/ZrConf/");
   MakeDirs("/tmp/");
   chmod(HostPath("/tmp").c_str(), 01777);
-  for (size_t i = 0; i < 2; ++i) SetPidFile(kDaemonNames[i], std::to_string(daemons_[i].pid) + "\n");
+  for (size_t i = 0; i < 2; ++i)
+    SetPidFile(kDaemonNames[i], std::to_string(daemons_[i].pid) + "\n");
   SetModule("0J");
   WriteFile("/var/run/zrcamctl.lock", std::string());  // as after the device's first save
   (void)!symlink("busybox", HostPath("/bin/cat").c_str());
@@ -225,7 +232,6 @@ std::optional<std::string> DeviceRoot::ReadFile(const std::string& devicePath) c
   return Slurp(HostPath(devicePath));
 }
 
-
 std::vector<std::string> DeviceRoot::List(const std::string& deviceDirectory) const {
   std::vector<std::string> names;
   if (DIR* dir = opendir(HostPath(deviceDirectory).c_str())) {
@@ -240,7 +246,8 @@ std::vector<std::string> DeviceRoot::List(const std::string& deviceDirectory) co
 
 void DeviceRoot::SetModule(const std::string& moduleCode) const {
   WriteFile("/proc/driver/qe_basic_conf",
-            "QEF_STR0=\"NVS\";\nQEF_STR1=\"ABCDEFGHIJKLMNOPQRS" + moduleCode + "-A1\";\nQEF_STR2=\"1.0.3\";\n");
+      "QEF_STR0=\"NVS\";\nQEF_STR1=\"ABCDEFGHIJKLMNOPQRS" + moduleCode +
+          "-A1\";\nQEF_STR2=\"1.0.3\";\n");
 }
 
 std::string DeviceRoot::RecordPath(const std::string& moduleCode) {
@@ -268,7 +275,8 @@ int DeviceRoot::DaemonPid(const std::string& daemon) const {
 
 void DeviceRoot::MountTmpfs(const std::string& deviceDirectory, const std::string& size) const {
   const std::string opts = "size=" + size;
-  if (mount("tmpfs", HostPath(deviceDirectory).c_str(), "tmpfs", 0, opts.c_str()) != 0) Die("mount tmpfs");
+  if (mount("tmpfs", HostPath(deviceDirectory).c_str(), "tmpfs", 0, opts.c_str()) != 0)
+    Die("mount tmpfs");
   mounts_.push_back(deviceDirectory);
 }
 
@@ -276,7 +284,8 @@ void DeviceRoot::BindReadOnly(const std::string& devicePath) const {
   const std::string path = HostPath(devicePath);
   if (mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) != 0) Die("bind mount");
   mounts_.push_back(devicePath);
-  if (mount(nullptr, path.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) != 0) Die("remount ro");
+  if (mount(nullptr, path.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) != 0)
+    Die("remount ro");
 }
 
 void DeviceRoot::Unmount(const std::string& devicePath) const {
@@ -288,10 +297,8 @@ void DeviceRoot::FillUp(const std::string& devicePath) const {
   const int fd = open(HostPath(devicePath).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
   if (fd < 0) Die("open " + devicePath);
   const std::string chunk(512, 'f');
-  while (write(fd, chunk.data(), chunk.size()) > 0) {
-  }
-  while (write(fd, chunk.data(), 1) > 0) {
-  }
+  while (write(fd, chunk.data(), chunk.size()) > 0) {}
+  while (write(fd, chunk.data(), 1) > 0) {}
   close(fd);
 }
 
@@ -313,7 +320,6 @@ Answer DeviceRoot::Run(const std::string& program, const Request& request) const
   return RunAs("/web/cgi-bin/" + program, request);
 }
 
-
 Answer DeviceRoot::RunAs(const std::string& argv0, const Request& request) const {
   Answer a = Finish(Start(argv0, request));
   a.zrcamctldSignals = CollectSignals(0);
@@ -321,7 +327,8 @@ Answer DeviceRoot::RunAs(const std::string& argv0, const Request& request) const
   return a;
 }
 
-std::vector<Answer> DeviceRoot::RunTogether(const std::string& program, const std::vector<Request>& requests) const {
+std::vector<Answer> DeviceRoot::RunTogether(
+    const std::string& program, const std::vector<Request>& requests) const {
   std::vector<Started> started;
   for (const Request& r : requests) started.push_back(Start("/web/cgi-bin/" + program, r));
   std::vector<Answer> answers;
@@ -333,7 +340,8 @@ std::vector<Answer> DeviceRoot::RunTogether(const std::string& program, const st
   return answers;
 }
 
-Answer DeviceRoot::RunKilledAfter(const std::string& program, const Request& request, int microseconds) const {
+Answer DeviceRoot::RunKilledAfter(
+    const std::string& program, const Request& request, int microseconds) const {
   const Started started = Start("/web/cgi-bin/" + program, request);
   usleep(static_cast<useconds_t>(microseconds));
   kill(started.pid, SIGKILL);
@@ -344,7 +352,8 @@ DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& r
   // The program file: the name's own link when it exists, else the executable.
   std::string file = argv0;
   struct stat st;
-  if (file.empty() || file[0] != '/' || lstat(HostPath(file).c_str(), &st) != 0) file = "/web/cgi-bin/zrcamctlset.cgi";
+  if (file.empty() || file[0] != '/' || lstat(HostPath(file).c_str(), &st) != 0)
+    file = "/web/cgi-bin/zrcamctlset.cgi";
 
   char inPath[] = "/tmp/zrcamctl-in.XXXXXX";
   char outPath[] = "/tmp/zrcamctl-out.XXXXXX";
@@ -353,8 +362,8 @@ DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& r
   const int outFd = mkstemp(outPath);
   const int errFd = mkstemp(errPath);
   if (inFd < 0 || outFd < 0 || errFd < 0) Die("mkstemp");
-  if (!request.body.empty() &&
-      write(inFd, request.body.data(), request.body.size()) != static_cast<ssize_t>(request.body.size())) {
+  if (!request.body.empty() && write(inFd, request.body.data(), request.body.size()) !=
+                                   static_cast<ssize_t>(request.body.size())) {
     Die("write body");
   }
   lseek(inFd, 0, SEEK_SET);

@@ -82,7 +82,8 @@ class DeviceRoot {
   Answer RunAs(const std::string& argv0, const Request& request) const;
   // Many requests at once: all are started before any is waited for. The
   // daemons' signals are collected once, into the first answer.
-  std::vector<Answer> RunTogether(const std::string& program, const std::vector<Request>& requests) const;
+  std::vector<Answer> RunTogether(
+      const std::string& program, const std::vector<Request>& requests) const;
   // A request killed (SIGKILL) after the given time.
   Answer RunKilledAfter(const std::string& program, const Request& request, int microseconds) const;
 

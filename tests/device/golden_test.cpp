@@ -65,7 +65,8 @@ std::vector<Case> Parse(const std::string& file) {
   bool expecting = false;
   for (std::string line; std::getline(in, line);) {
     if (line.rfind("case ", 0) == 0) {
-      cases.push_back({line.substr(5), "", {.method = "", .contentType = "", .contentLength = ""}, "", ""});
+      cases.push_back(
+          {line.substr(5), "", {.method = "", .contentType = "", .contentLength = ""}, "", ""});
       expecting = false;
       continue;
     }
@@ -98,7 +99,8 @@ std::vector<std::string> GoldenFiles(const std::string& directory) {
   if (DIR* dir = opendir(directory.c_str())) {
     while (const dirent* e = readdir(dir)) {
       const std::string name = e->d_name;
-      if (name.size() > 7 && name.substr(name.size() - 7) == ".golden") files.push_back(name.substr(0, name.size() - 7));
+      if (name.size() > 7 && name.substr(name.size() - 7) == ".golden")
+        files.push_back(name.substr(0, name.size() - 7));
     }
     closedir(dir);
   }
@@ -123,7 +125,7 @@ struct FileLine {
 // The file lines of `text` that start with `prefix` and a path. A "was"
 // base is the same path's content in `was` (zeros past its end).
 std::vector<FileLine> FileLines(const std::string& text, const std::string& prefix,
-                                const std::map<std::string, std::string>& was = {}) {
+    const std::map<std::string, std::string>& was = {}) {
   std::vector<FileLine> files;
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
@@ -133,10 +135,12 @@ std::vector<FileLine> FileLines(const std::string& text, const std::string& pref
       size_t at = std::stoul(std::string(rest.substr(5)));
       rest.remove_prefix(rest.find(':') + 1);
       for (; rest.size() >= 3; rest.remove_prefix(3))
-        files.back().bytes.at(at++) = static_cast<char>(std::stoi(std::string(rest.substr(1, 2)), nullptr, 16));
+        files.back().bytes.at(at++) =
+            static_cast<char>(std::stoi(std::string(rest.substr(1, 2)), nullptr, 16));
       continue;
     }
-    if (line.compare(0, prefix.size(), prefix) != 0 || line.size() <= prefix.size() || line[prefix.size()] != '/')
+    if (line.compare(0, prefix.size(), prefix) != 0 || line.size() <= prefix.size() ||
+        line[prefix.size()] != '/')
       continue;
     rest.remove_prefix(prefix.size());
     FileLine file;
@@ -150,8 +154,10 @@ std::vector<FileLine> FileLines(const std::string& text, const std::string& pref
       file.bytes.assign(size, base[0] == 'z' ? 0 : static_cast<char>(seed));
       const auto before = was.find(file.path);
       for (size_t i = 0; i < size; ++i) {
-        if (base[0] == 'p') file.bytes[i] = static_cast<char>(PatternByte(static_cast<uint8_t>(seed), i));
-        if (base[0] == 'w') file.bytes[i] = before != was.end() && i < before->second.size() ? before->second[i] : 0;
+        if (base[0] == 'p')
+          file.bytes[i] = static_cast<char>(PatternByte(static_cast<uint8_t>(seed), i));
+        if (base[0] == 'w')
+          file.bytes[i] = before != was.end() && i < before->second.size() ? before->second[i] : 0;
       }
     }
     files.push_back(file);
@@ -200,7 +206,8 @@ Tree Snapshot(const DeviceRoot& root) {
   Walk(root.HostPath(""), "", tree);
   for (const char* p : {"/bin/cat", "/proc/driver/qe_basic_conf"}) {
     struct stat st;
-    if (lstat(root.HostPath(p).c_str(), &st) == 0) tree[p] = S_ISLNK(st.st_mode) ? Entry{'l', "busybox"} : Entry{'f', *root.ReadFile(p)};
+    if (lstat(root.HostPath(p).c_str(), &st) == 0)
+      tree[p] = S_ISLNK(st.st_mode) ? Entry{'l', "busybox"} : Entry{'f', *root.ReadFile(p)};
   }
   return tree;
 }
@@ -273,7 +280,8 @@ std::string Describe(const std::string& path, const Entry* now, const Entry* was
   if (!now) return "gone";
   if (now->kind == 'd') return "dir";
   if (now->kind == 'l') return "link " + Quoted(now->data);
-  if (IsText(path, now->data) && (!was || was->kind != 'f' || IsText(path, was->data))) return Quoted(now->data);
+  if (IsText(path, now->data) && (!was || was->kind != 'f' || IsText(path, was->data)))
+    return Quoted(now->data);
   return DescribeBytes(now->data, was && was->kind == 'f' ? &was->data : nullptr);
 }
 
@@ -296,16 +304,19 @@ std::string Changes(const Tree& before, const Tree& after, const std::string& pr
 std::string PidsOut(const DeviceRoot& root, std::string s) {
   for (const char* d : {"zrcamctld", "vmfd"}) {
     const std::string pid = std::to_string(root.DaemonPid(d)), mark = std::string("$") + d;
-    for (size_t at; (at = s.find("/var/run/" + std::string(d) + ".pid \"" + pid)) != std::string::npos;)
+    for (size_t at;
+         (at = s.find("/var/run/" + std::string(d) + ".pid \"" + pid)) != std::string::npos;)
       s.replace(s.find(pid, at), pid.size(), mark);
   }
   return s;
 }
 
 std::string Outcome(const DeviceRoot& root, const Tree& before, const Answer& a) {
-  std::string out = a.termSignal ? "signal " + std::to_string(a.termSignal) : "exit " + std::to_string(a.exitStatus);
+  std::string out = a.termSignal ? "signal " + std::to_string(a.termSignal)
+                                 : "exit " + std::to_string(a.exitStatus);
   out += "\nout " + Quoted(a.out) + "\nerr " + Quoted(a.err) + "\n";
-  for (const auto& [name, sigs] : {std::pair{"zrcamctld", &a.zrcamctldSignals}, {"vmfd", &a.vmfdSignals}}) {
+  for (const auto& [name, sigs] :
+      {std::pair{"zrcamctld", &a.zrcamctldSignals}, {"vmfd", &a.vmfdSignals}}) {
     if (sigs->empty()) continue;
     out += name;
     for (int s : *sigs) out += " " + std::to_string(s);
@@ -331,7 +342,8 @@ void Apply(const DeviceRoot& root, const std::string& given) {
       std::string text = Unquote(rest);
       for (const char* d : {"zrcamctld", "vmfd"}) {
         const size_t at = text.find(std::string("$") + d);
-        if (at != std::string::npos) text.replace(at, strlen(d) + 1, std::to_string(root.DaemonPid(d)));
+        if (at != std::string::npos)
+          text.replace(at, strlen(d) + 1, std::to_string(root.DaemonPid(d)));
       }
       root.WriteFile(file.path, text);
     } else {
@@ -340,7 +352,9 @@ void Apply(const DeviceRoot& root, const std::string& given) {
   }
 }
 
-std::string Format(const Case& c) { return "case " + c.name + "\n" + c.given + "expect\n" + c.expected + "end\n"; }
+std::string Format(const Case& c) {
+  return "case " + c.name + "\n" + c.given + "expect\n" + c.expected + "end\n";
+}
 
 std::string Replay(DeviceRoot& root, const Case& c) {
   root.Reset();
@@ -378,12 +392,20 @@ KeyValue AsStored(const Field& field, const std::string& posted, std::string& te
     return {true, 0, reinterpret_cast<const uint8_t*>(text.data()), text.size()};
   }
   const ValueRule rule = field.Rule();
-  uint32_t v = rule == ValueRule::Unsigned ? DecimalToUInt32(posted.c_str()) : FormValueToInt(posted.c_str());
+  uint32_t v = rule == ValueRule::Unsigned ? DecimalToUInt32(posted.c_str())
+                                           : FormValueToInt(posted.c_str());
   if (rule == ValueRule::Reversed) v = field.arg - v;
   if (rule == ValueRule::AtLeastOne && static_cast<int32_t>(v) <= 0) v = 1;
-  v &= type == FieldType::U8 || rule == ValueRule::LowByte ? 0xFF : type == FieldType::U16 ? 0xFFFF : ~0u;
+  v &= type == FieldType::U8 || rule == ValueRule::LowByte ? 0xFF
+       : type == FieldType::U16                            ? 0xFFFF
+                                                           : ~0u;
   const bool signedWord = type == FieldType::U32 && rule != ValueRule::Unsigned;
-  return {false, type == FieldType::Checkbox ? 1 : signedWord ? int64_t{static_cast<int32_t>(v)} : int64_t{v}, nullptr, 0};
+  return {false,
+      type == FieldType::Checkbox ? 1
+      : signedWord                ? int64_t{static_cast<int32_t>(v)}
+                                  : int64_t{v},
+      nullptr,
+      0};
 }
 
 TEST_P(Golden, DecodesAsPosted) {
@@ -398,38 +420,46 @@ TEST_P(Golden, DecodesAsPosted) {
       given[file.path] = file.bytes;
       std::string_view quoted = file.description;
       const std::string text = file.path == "/proc/driver/qe_basic_conf" ? Unquote(quoted) : "";
-      if (text.find("QEF_STR1=\"") != std::string::npos) code = text.substr(text.find("QEF_STR1=\"") + 29, 2);
+      if (text.find("QEF_STR1=\"") != std::string::npos)
+        code = text.substr(text.find("QEF_STR1=\"") + 29, 2);
     }
     path = DeviceRoot::RecordPath(code);
     std::string record = given[path], was = record;
     for (const FileLine& file : FileLines(c.expected, "", given))
       if (file.path == path) record = file.bytes;
     const ModuleRow* row = FindModuleRow(ModuleCode({code[0], code[1], 0}));
-    ASSERT_TRUE(row && row->family && FindFamilyNotes(row->family)) << c.name << ": module " << code;
+    ASSERT_TRUE(row && row->family && FindFamilyNotes(row->family))
+        << c.name << ": module " << code;
     ASSERT_EQ(record.size(), row->family->recordSize) << c.name;
     was.resize(record.size());  // a missing record reads as zeros
     const RecordView now = {reinterpret_cast<uint8_t*>(record.data()), row->family->recordSize};
     const RecordView before = {reinterpret_cast<uint8_t*>(was.data()), row->family->recordSize};
     if (IsOwnKey(*FindFamilyNotes(row->family), key.c_str())) continue;
     int found = 0;
-    for (int k = 0, count = ListRecordKeys(row->family->layout, keys, kMaxRecordKeys); k < count; ++k) {
+    for (int k = 0, count = ListRecordKeys(row->family->layout, keys, kMaxRecordKeys); k < count;
+         ++k) {
       char posted[kShownKeySize], want[kShownValueSize], got[kShownValueSize];
       PostedKey(keys[k], posted, sizeof posted);
       const uint32_t id = keys[k].group ? StoredValue(now, *keys[k].group) : 0;
       const bool shut = keys[k].group && id >= keys[k].limit;
-      if (key != posted || (keys[k].kind == KeyKind::Slot && !shut && id != keys[k].index)) continue;
+      if (key != posted || (keys[k].kind == KeyKind::Slot && !shut && id != keys[k].index))
+        continue;
       ++found;
       std::string text;
-      const KeyValue expected = shut ? ReadKey(keys[k], before) : AsStored(keys[k].field, value, text);
+      const KeyValue expected =
+          shut ? ReadKey(keys[k], before) : AsStored(keys[k].field, value, text);
       ShowValue(expected, false, want, sizeof want);
       ShowValue(ReadKey(keys[k], now), false, got, sizeof got);
-      EXPECT_STREQ(got, want) << GetParam() << ": case " << c.name << ": " << key << " at " << keys[k].field.offset;
+      EXPECT_STREQ(got, want) << GetParam() << ": case " << c.name << ": " << key << " at "
+                              << keys[k].field.offset;
     }
-    EXPECT_GT(found, 0) << GetParam() << ": case " << c.name << ": no key " << key << " in the layout";
+    EXPECT_GT(found, 0) << GetParam() << ": case " << c.name << ": no key " << key
+                        << " in the layout";
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Transcripts, Golden, ::testing::ValuesIn(GoldenFiles(ZRCAMCTL_GOLDEN_DIR)), GoldenName);
+INSTANTIATE_TEST_SUITE_P(
+    Transcripts, Golden, ::testing::ValuesIn(GoldenFiles(ZRCAMCTL_GOLDEN_DIR)), GoldenName);
 
 }  // namespace
 }  // namespace device_test

@@ -44,13 +44,25 @@ std::vector<Request> Posts(const std::vector<std::string>& bodies) {
 struct Burst {
   const char* module;
   size_t size;
-  std::vector<std::pair<std::string, size_t>> keys;  // one-byte fields; keys repeat from the 32nd request on
+  std::vector<std::pair<std::string, size_t>>
+      keys;  // one-byte fields; keys repeat from the 32nd request on
 };
 
 TEST(Reliability, FiftyOverlappingSavesKeepEveryUpdate) {
   const Burst bursts[] = {
-      {"0y", 128, {{"DayNightMode", 24}, {"TdnDwellTime", 25}, {"VOutSkipCount", 89}, {"SensUpLevel", 108}}},
-      {"0J", 108, {{"AwbMode", 14}, {"WbGainR", 15}, {"WbGainB", 16}, {"ExposureMode", 17}, {"SlowShutter", 18}}},
+      {"0y",
+          128,
+          {{"DayNightMode", 24},
+              {"TdnDwellTime", 25},
+              {"VOutSkipCount", 89},
+              {"SensUpLevel", 108}}},
+      {"0J",
+          108,
+          {{"AwbMode", 14},
+              {"WbGainR", 15},
+              {"WbGainB", 16},
+              {"ExposureMode", 17},
+              {"SlowShutter", 18}}},
   };
   DeviceRoot& root = DeviceRoot::Get();
   for (const Burst& b : bursts) {
@@ -59,9 +71,11 @@ TEST(Reliability, FiftyOverlappingSavesKeepEveryUpdate) {
     Bytes record(b.size, 0);
     record[50] = record[66] = 0;  // the zoom module's one-shots idle
     root.WriteRecord(b.module, record);
-    // Request i posts value i+1 to key i % keys; the last of each key's posts is at least keys apart.
+    // Request i posts value i+1 to key i % keys; the last of each key's posts is at least keys
+    // apart.
     std::vector<std::string> bodies;
-    for (size_t i = 0; i < 50; ++i) bodies.push_back(b.keys[i % b.keys.size()].first + "=" + std::to_string(i + 1));
+    for (size_t i = 0; i < 50; ++i)
+      bodies.push_back(b.keys[i % b.keys.size()].first + "=" + std::to_string(i + 1));
     SizeWatch watch(root.HostPath(DeviceRoot::RecordPath(b.module)), static_cast<off_t>(b.size));
     const std::vector<Answer> answers = root.RunTogether("zrcamctlset.cgi", Posts(bodies));
     EXPECT_EQ(watch.Stop(), 0) << b.module;
@@ -71,7 +85,8 @@ TEST(Reliability, FiftyOverlappingSavesKeepEveryUpdate) {
     for (size_t k = 0; k < b.keys.size(); ++k) {
       // Every post of the key was kept in turn: the value left is one of them.
       const int v = after[b.keys[k].second];
-      EXPECT_TRUE(v > 0 && static_cast<size_t>(v - 1) % b.keys.size() == k) << b.module << " " << b.keys[k].first;
+      EXPECT_TRUE(v > 0 && static_cast<size_t>(v - 1) % b.keys.size() == k)
+          << b.module << " " << b.keys[k].first;
       record[b.keys[k].second] = after[b.keys[k].second];
     }
     EXPECT_EQ(Hex(after), Hex(record)) << b.module;
@@ -84,7 +99,8 @@ TEST(Reliability, OverlappingFisheyeAndPresetLabelSaves) {
   root.Reset();
   const char* conf = "/opt/kfp/etc/fish_eye.conf";
   const std::string keys[] = {"CENTER_X", "CENTER_Y", "OUTER_RADIUS", "INNER_RADIUS"};
-  root.WriteFile(conf, std::string("CENTER_X = 0\nCENTER_Y = 0\nOUTER_RADIUS = 0\nINNER_RADIUS = 0\n"));
+  root.WriteFile(
+      conf, std::string("CENTER_X = 0\nCENTER_Y = 0\nOUTER_RADIUS = 0\nINNER_RADIUS = 0\n"));
   const std::string forms[] = {"CenterX", "CenterY", "OuterRadius", "InnerRadius"};
   std::vector<std::string> bodies;
   for (int i = 0; i < 20; ++i) bodies.push_back(forms[i % 4] + "=" + std::to_string(100 + i));
@@ -94,7 +110,8 @@ TEST(Reliability, OverlappingFisheyeAndPresetLabelSaves) {
   const std::string text = root.ReadFile(conf).value();
   for (int k = 0; k < 4; ++k) {
     bool one = false;
-    for (int i = k; i < 20; i += 4) one = one || text.find(keys[k] + " = " + std::to_string(100 + i) + "\n") != std::string::npos;
+    for (int i = k; i < 20; i += 4)
+      one = one || text.find(keys[k] + " = " + std::to_string(100 + i) + "\n") != std::string::npos;
     EXPECT_TRUE(one) << text;
   }
 
@@ -104,7 +121,8 @@ TEST(Reliability, OverlappingFisheyeAndPresetLabelSaves) {
   const std::string presets = "/opt/kfp/etc/ZrConf/PtzConf.bin";
   Bytes expected = Pattern(262760, 0x3C);
   root.WriteFile(presets, expected);
-  root.RunTogether("zrcamctlset.cgi", Posts({"PresetSetId=3&PresetSetLabel=Gate", "PresetSetId=7&PresetSetLabel=Yard"}));
+  root.RunTogether("zrcamctlset.cgi",
+      Posts({"PresetSetId=3&PresetSetLabel=Gate", "PresetSetId=7&PresetSetLabel=Yard"}));
   for (const auto& [slot, label] : {std::pair{20 + 64 * 2, "Gate"}, {20 + 64 * 6, "Yard"}})
     std::copy(label, label + 5, expected.begin() + slot);
   EXPECT_TRUE(root.ReadFile(presets) == std::string(expected.begin(), expected.end()));
@@ -121,8 +139,9 @@ TEST(Reliability, HeldLockDelaysThenSaves) {
   const Answer answer = root.Post("zrcamctlset.cgi", "AwbMode=3");
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1900));
   close(fd);
-  EXPECT_EQ(answer.err, "[TakeSettingsLock] lock not taken, saving unlocked\n"
-                        "[SendSignalToZrCamCtlD] Send sig = [10] to zrcamctld. [OK]\n");
+  EXPECT_EQ(answer.err,
+      "[TakeSettingsLock] lock not taken, saving unlocked\n"
+      "[SendSignalToZrCamCtlD] Send sig = [10] to zrcamctld. [OK]\n");
   EXPECT_EQ(root.ReadRecord("0J")->at(14), 3);
 }
 
@@ -151,7 +170,8 @@ TEST(Reliability, KilledSavesAndLinksLeaveFilesWhole) {
   // A planted link at the product code's copy path is removed, not written through.
   const int next = std::stoi(root.ReadFile("/proc/sys/kernel/ns_last_pid").value_or("0"));
   for (int pid = next + 1; pid < next + 200; ++pid)
-    (void)!symlink("/opt/kfp/etc/target", root.HostPath("/tmp/qell_conf_" + std::to_string(pid) + ".txt").c_str());
+    (void)!symlink("/opt/kfp/etc/target",
+        root.HostPath("/tmp/qell_conf_" + std::to_string(pid) + ".txt").c_str());
   root.Post("zrcamctlset.cgi", "AwbMode=2");
   EXPECT_TRUE(root.ReadFile("/opt/kfp/etc/target") == std::string(108, '\0'));
   EXPECT_EQ(root.ReadRecord("0J")->at(14), 2);

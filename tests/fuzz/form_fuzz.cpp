@@ -23,7 +23,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       (void)DecimalToUInt32(buffer);
     }
   }
-  if (FormLookup("NoSuchKeyInAnyForm", buffer, 128) != LookupNotFound && !NextFormEntry(nullptr)) __builtin_trap();
+  if (FormLookup("NoSuchKeyInAnyForm", buffer, 128) != LookupNotFound && !NextFormEntry(nullptr))
+    __builtin_trap();
   // The raw bytes as a value too, NUL-terminated.
   char value[600];
   const size_t n = size < sizeof value - 1 ? size : sizeof value - 1;

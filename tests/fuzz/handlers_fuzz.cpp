@@ -36,7 +36,8 @@ const ModuleRow& Handler(uint8_t choice) {
   if (count == 0) {
     for (const ModuleRow& row : ModuleTable) {
       bool seen = row.family == nullptr;
-      for (int i = 0; i < count && !seen; ++i) seen = rows[i].family == row.family && rows[i].option == row.option;
+      for (int i = 0; i < count && !seen; ++i)
+        seen = rows[i].family == row.family && rows[i].option == row.option;
       if (!seen) rows[count++] = row;
     }
     rows[count++] = ModuleRow(0, &kUnroutedZoomModule);  // in no table row
@@ -62,7 +63,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fwrite(record, 1, sizeof record, f);
   fclose(f);
 
-  if (ParseUrlEncodedForm(reinterpret_cast<const char*>(data + recordLength), size - recordLength) == 0) {
+  if (ParseUrlEncodedForm(
+          reinterpret_cast<const char*>(data + recordLength), size - recordLength) == 0) {
     char errorBuffer[256] = {};
     const int result = RunSettingsFrame(*row.family, row.option, errorBuffer, RecordPath());
     if (errorBuffer[255] != '\0') __builtin_trap();

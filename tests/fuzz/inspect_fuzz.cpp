@@ -29,10 +29,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const KeyValue value = ReadKey(keys[k], record);
     ShowValue(value, false, text, sizeof text);
     ShowValue(value, true, json, sizeof json);
-    if (strlen(text) + 1 >= sizeof text || strlen(json) + 1 >= sizeof json) __builtin_trap();  // never cut
+    if (strlen(text) + 1 >= sizeof text || strlen(json) + 1 >= sizeof json)
+      __builtin_trap();  // never cut
     const KeyValue changed = ReadKey(keys[k], other);
-    const bool sameBytes = memcmp(record.bytes + keys[k].field.offset, other.bytes + keys[k].field.offset,
-                                  keys[k].field.Width()) == 0;
+    const bool sameBytes = memcmp(record.bytes + keys[k].field.offset,
+                               other.bytes + keys[k].field.offset,
+                               keys[k].field.Width()) == 0;
     if (!SameValue(value, value) || (sameBytes && !SameValue(value, changed))) __builtin_trap();
   }
   return 0;

@@ -35,7 +35,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (const char* delimiters : kDelimiters) {
     for (int row = 0; row < cfg->lineCount && row < 8; ++row) {
       for (int col = 0; col < 4; ++col) {
-        if (get_cfg_col(cfg, row, col, delimiters, out, 8) == 0 && strlen(out) >= 8) __builtin_trap();
+        if (get_cfg_col(cfg, row, col, delimiters, out, 8) == 0 && strlen(out) >= 8)
+          __builtin_trap();
       }
     }
     const int row = find_cfg_row(cfg, 0, key, 1, delimiters, out, sizeof out, 0);

@@ -20,19 +20,40 @@ std::string Entries() {
   std::string all;
   for (const char* e = NextFormEntry(nullptr); e; e = NextFormEntry(e)) {
     const std::string v = FormEntryValue(e);
-    all += (all.empty() ? "" : "&") + std::string(e) + "=" + (v.size() > 16 ? "#" + std::to_string(v.size()) : v);
+    all += (all.empty() ? "" : "&") + std::string(e) + "=" +
+           (v.size() > 16 ? "#" + std::to_string(v.size()) : v);
   }
   return all;
 }
 
 TEST(CgiRequest, ReadsTheForm) {
   const std::string kForm = "application/x-www-form-urlencoded", mib(1048576 - 2, 'v');
-  struct Case { const char *name, *method, *type, *length; std::string body; const char* query; int want; std::string form; };
+  struct Case {
+    const char *name, *method, *type, *length;
+    std::string body;
+    const char* query;
+    int want;
+    std::string form;
+  };
   const Case cases[] = {
       {"post", "POST", kForm.c_str(), "7", "a=1&b=2", "q=1", 0, "a=1&b=2"},
       {"method in any case", "pOsT", "APPLICATION/X-WWW-FORM-URLENCODED", "3", "a=1", "", 0, "a=1"},
-      {"type parameters", "POST", "application/x-www-form-urlencoded; charset=UTF-8", "3", "a=1", "", 0, "a=1"},
-      {"blank before ;", "POST", "application/x-www-form-urlencoded \t;x", "3", "a=1", "", 0, "a=1"},
+      {"type parameters",
+          "POST",
+          "application/x-www-form-urlencoded; charset=UTF-8",
+          "3",
+          "a=1",
+          "",
+          0,
+          "a=1"},
+      {"blank before ;",
+          "POST",
+          "application/x-www-form-urlencoded \t;x",
+          "3",
+          "a=1",
+          "",
+          0,
+          "a=1"},
       {"blank after type", "POST", "application/x-www-form-urlencoded ", "3", "a=1", "", 0, ""},
       {"type too long", "POST", "application/x-www-form-urlencodedx", "3", "a=1", "", 0, ""},
       {"type too short", "POST", "application/x-www-form-urlencode", "3", "a=1", "", 0, ""},
@@ -64,9 +85,17 @@ TEST(CgiRequest, ReadsTheForm) {
 
 TEST(CgiRequest, Lookup) {
   const std::string v127(127, 'v'), x200(200, 'x');
-  const std::string kMixed = "a+b%3D=x%2By&a%26b=c&e=&f=%zzend&g=%4&h=%6f%6F%39&=empty&K=1&L=2&K=3&k=4";
-  const std::string kLong = "long=" + x200 + "&fit=" + v127 + "&fitcrlf=" + v127 + "%0D%0A&br=12%0D%0A34&onlybr=%0D%0A%0D";
-  struct Case { const char* name; std::string form; const char* key; int max, want; std::string value; };
+  const std::string kMixed =
+      "a+b%3D=x%2By&a%26b=c&e=&f=%zzend&g=%4&h=%6f%6F%39&=empty&K=1&L=2&K=3&k=4";
+  const std::string kLong = "long=" + x200 + "&fit=" + v127 + "&fitcrlf=" + v127 +
+                            "%0D%0A&br=12%0D%0A34&onlybr=%0D%0A%0D";
+  struct Case {
+    const char* name;
+    std::string form;
+    const char* key;
+    int max, want;
+    std::string value;
+  };
   const Case cases[] = {
       {"decoded name", kMixed, "a b=", 128, LookupOk, "x+y"},
       {"escaped &", kMixed, "a&b", 128, LookupOk, "c"},
@@ -100,7 +129,8 @@ TEST(CgiRequest, Lookup) {
     FreeForm();
   }
   // Walks in order; an entry needs its "="; a zero byte ends a value only.
-  const char* walks[][2] = {{"K=1&L=2&K=3", "K=1&L=2&K=3"}, {"x=1&noequals", "x=1"}, {"f=%zzend&g=1", "f=&g=1"}};
+  const char* walks[][2] = {
+      {"K=1&L=2&K=3", "K=1&L=2&K=3"}, {"x=1&noequals", "x=1"}, {"f=%zzend&g=1", "f=&g=1"}};
   for (const auto& w : walks) {  // in order; an entry needs its "="; a zero byte ends a value only
     ASSERT_EQ(ParseUrlEncodedForm(w[0], strlen(w[0])), 0);
     EXPECT_EQ(Entries(), w[1]) << w[0];
@@ -111,26 +141,58 @@ TEST(CgiRequest, Lookup) {
   big += "k19999=dup";
   char buffer[16];
   ASSERT_EQ(ParseUrlEncodedForm(big.data(), big.size()), 0);
-  EXPECT_EQ(FormLookup("k19999", buffer, 16) * 100 + FormLookup("k20000", buffer, 16), LookupOk * 100 + LookupNotFound);
+  EXPECT_EQ(FormLookup("k19999", buffer, 16) * 100 + FormLookup("k20000", buffer, 16),
+      LookupOk * 100 + LookupNotFound);
   FreeForm();
 }
 
 TEST(CgiRequest, IntegerConversions) {
   // F: FormValueToInt, U: DecimalToUInt32; 32-bit results whatever the width of long.
-  struct Case { char f; const char* text; int64_t want; };
+  struct Case {
+    char f;
+    const char* text;
+    int64_t want;
+  };
   const Case cases[] = {
-      {'F', "0x1A", 26}, {'F', "0X1a", 26}, {'F', "0x0x1A", 26}, {'F', "0x0X10", 16}, {'F', "0x05", 5},
-      {'F', "0xf", 15}, {'F', "0X", 0}, {'F', "0xFFFFFFFF", -1}, {'F', "0x123456789", 0x23456789},
-      {'F', "0x1g2", 1}, {'F', "1x5", 1}, {'F', "-5", -5}, {'F', " 12", 12}, {'F', "\t\n+12abc", 12},
-      {'F', "\r\v\f7", 7}, {'F', "abc", 0}, {'F', "", 0}, {'F', "- 1", 0}, {'F', "2147483647", INT32_MAX},
-      {'F', "2147483648", INT32_MAX}, {'F', "99999999999999999999999", INT32_MAX}, {'F', "-2147483647", -INT32_MAX},
-      {'F', "-2147483648", INT32_MIN}, {'F', "-2147483649", INT32_MIN}, {'F', "-0000000000000000000000001", -1},
-      {'U', "4294967295", 4294967295}, {'U', "4294967296", 4294967295}, {'U', "100", 100}, {'U', "-1", 4294967295},
-      {'U', "-4294967295", 1}, {'U', "-4294967296", 4294967295}, {'U', "-42949672950", 4294967295},
-      {'U', "\r +7x", 7}, {'U', "x", 0},
+      {'F', "0x1A", 26},
+      {'F', "0X1a", 26},
+      {'F', "0x0x1A", 26},
+      {'F', "0x0X10", 16},
+      {'F', "0x05", 5},
+      {'F', "0xf", 15},
+      {'F', "0X", 0},
+      {'F', "0xFFFFFFFF", -1},
+      {'F', "0x123456789", 0x23456789},
+      {'F', "0x1g2", 1},
+      {'F', "1x5", 1},
+      {'F', "-5", -5},
+      {'F', " 12", 12},
+      {'F', "\t\n+12abc", 12},
+      {'F', "\r\v\f7", 7},
+      {'F', "abc", 0},
+      {'F', "", 0},
+      {'F', "- 1", 0},
+      {'F', "2147483647", INT32_MAX},
+      {'F', "2147483648", INT32_MAX},
+      {'F', "99999999999999999999999", INT32_MAX},
+      {'F', "-2147483647", -INT32_MAX},
+      {'F', "-2147483648", INT32_MIN},
+      {'F', "-2147483649", INT32_MIN},
+      {'F', "-0000000000000000000000001", -1},
+      {'U', "4294967295", 4294967295},
+      {'U', "4294967296", 4294967295},
+      {'U', "100", 100},
+      {'U', "-1", 4294967295},
+      {'U', "-4294967295", 1},
+      {'U', "-4294967296", 4294967295},
+      {'U', "-42949672950", 4294967295},
+      {'U', "\r +7x", 7},
+      {'U', "x", 0},
   };
   for (const Case& k : cases) {
-    EXPECT_EQ(k.f == 'F' ? int64_t{FormValueToInt(k.text)} : int64_t{DecimalToUInt32(k.text)}, k.want) << k.f << k.text;
+    EXPECT_EQ(
+        k.f == 'F' ? int64_t{FormValueToInt(k.text)} : int64_t{DecimalToUInt32(k.text)}, k.want)
+        << k.f << k.text;
   }
   const char* end = nullptr;
   const char text[] = "  -42rest";

@@ -31,7 +31,14 @@ class RecordStore : public ::testing::Test {
 TEST_F(RecordStore, ReadsAndWrites) {
   // The file before ("-": none, "/": a directory), the call, its result, the
   // record or the file afterwards, and what went to stderr ("@" is the path).
-  struct Case { const char* name; const char* before; char op; int size; int want; std::string after, err; };
+  struct Case {
+    const char* name;
+    const char* before;
+    char op;
+    int size;
+    int want;
+    std::string after, err;
+  };
   const Case cases[] = {
       {"write", "old", 'w', 4, 4, "abcd", ""},
       {"write 1", "-", 'w', 1, 1, "a", ""},
@@ -57,12 +64,21 @@ TEST_F(RecordStore, ReadsAndWrites) {
     if (k.op == 'w') r = ZrCamCtlWriteConfToFile(record, k.size, path.c_str());
     if (k.op == 'W') r = ZrCamCtlWriteConfToFile(record, k.size, (path + "/no/such.bin").c_str());
     if (k.op == 'r') r = ZrCamCtlReadConfFromFile(record, k.size, path.c_str());
-    if (k.op == 'n') r = ZrCamCtlReadConfFromFile(nullptr, k.size, path.c_str()) + ZrCamCtlWriteConfToFile(nullptr, k.size, path.c_str()) + 1;
-    if (k.op == 'p') r = ZrCamCtlReadConfFromFile(record, k.size, nullptr) + ZrCamCtlWriteConfToFile(record, k.size, nullptr) + 1;
+    if (k.op == 'n')
+      r = ZrCamCtlReadConfFromFile(nullptr, k.size, path.c_str()) +
+          ZrCamCtlWriteConfToFile(nullptr, k.size, path.c_str()) + 1;
+    if (k.op == 'p')
+      r = ZrCamCtlReadConfFromFile(record, k.size, nullptr) +
+          ZrCamCtlWriteConfToFile(record, k.size, nullptr) + 1;
     std::string err = testing::internal::GetCapturedStderr();
     EXPECT_EQ(r, k.want) << k.name;
-    EXPECT_EQ(k.op == 'r' ? std::string(record, 4).substr(0, k.after.size()) : k.before[0] == '/' ? "" : ReadRaw(path), k.after) << k.name;
-    if (err.rfind("arg is wrong [a_conf:", 0) == 0) err = err.substr(err.find(" , "), err.find('\n') - err.find(" , ") + 1);
+    EXPECT_EQ(k.op == 'r'          ? std::string(record, 4).substr(0, k.after.size())
+              : k.before[0] == '/' ? ""
+                                   : ReadRaw(path),
+        k.after)
+        << k.name;
+    if (err.rfind("arg is wrong [a_conf:", 0) == 0)
+      err = err.substr(err.find(" , "), err.find('\n') - err.find(" , ") + 1);
     for (size_t at; (at = err.find(path)) != std::string::npos;) err.replace(at, path.size(), "@");
     EXPECT_EQ(err, k.err) << k.name;
   }
@@ -94,7 +110,9 @@ TEST_F(RecordStore, FullDiskKeepsTheOldFile) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "fclose is failed [PATH:" + path + "]\n");
   testing::internal::CaptureStderr();
   EXPECT_EQ(ZrCamCtlWriteConfToFile(big.data(), 300000, path.c_str()), -3);
-  EXPECT_EQ(testing::internal::GetCapturedStderr().rfind("fwrite is failed [sizeToWrite=300000 sizeToWritten=", 0), 0u);
+  EXPECT_EQ(testing::internal::GetCapturedStderr().rfind(
+                "fwrite is failed [sizeToWrite=300000 sizeToWritten=", 0),
+      0u);
   setrlimit(RLIMIT_FSIZE, &old);
   EXPECT_EQ(ReadRaw(path), "old");
   EXPECT_EQ(system(("test $(ls -A " + dir + " | wc -l) -eq 1").c_str()), 0);
