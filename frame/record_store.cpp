@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <stdio.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -26,13 +27,24 @@ bool ArgumentsValid(const void* record, int32_t recordSize, const char* filePath
 
 int ZrCamCtlReadConfFromFile(void* record, int32_t recordSize, const char* filePath) {
   if (!ArgumentsValid(record, recordSize, filePath)) return -1;
-  FILE* file = fopen(filePath, "rb");
-  if (!file) {
+  // Never waits: a FIFO without a writer opens at once and, like a device
+  // or a directory, is read as holding nothing.
+  const int fd = open(filePath, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (fd < 0) {
     fprintf(stderr, "fopen is failed [PATH:%s]\n", filePath);
     return -2;
   }
-  const size_t got = fread(record, 1, static_cast<size_t>(recordSize), file);
-  fclose(file);
+  struct stat st;
+  size_t got = 0;
+  if (fstat(fd, &st) == 0 && S_ISREG(st.st_mode)) {
+    char* bytes = static_cast<char*>(record);
+    for (ssize_t n; got < static_cast<size_t>(recordSize); got += static_cast<size_t>(n)) {
+      n = read(fd, bytes + got, static_cast<size_t>(recordSize) - got);
+      if (n < 0 && errno == EINTR) n = 0;
+      else if (n <= 0) break;
+    }
+  }
+  close(fd);
   if (got != static_cast<size_t>(recordSize)) {
     fprintf(stderr,
         "fread is failed [sizeToRead:%d sizeToReaded:%d]\n",
