@@ -70,7 +70,9 @@ int split_lines(tcfg* cfg) {
     if (*p == '\0') break;
     *p++ = '\0';
   }
+  while (is_line_break(*p)) ++p;
   cfg->lineCount = count;
+  cfg->held = static_cast<uint32_t>(p - cfg->text);
   return count;
 }
 
@@ -283,7 +285,9 @@ int load_cfg(tcfg* cfg) {
     log_failure("load_cfg", kLineLoadNull, "argument is NULL\n");
     return -1;
   }
-  const int fd = open(cfg->path, O_RDONLY);
+  // Never waits on a FIFO; what is neither a file nor a directory (which
+  // the read refuses) is not read at all.
+  const int fd = open(cfg->path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
   if (fd < 0) {
     log_failure("load_cfg", kLineLoadOpen, "fail to open %s. errno: %d\n", cfg->path, errno);
     return -1;
@@ -291,7 +295,10 @@ int load_cfg(tcfg* cfg) {
   // The read overwrites the text the current lines point into.
   release_owned(cfg);
   errno = 0;  // a short read without an error reports 0
-  const ssize_t got = read(fd, cfg->text, cfg->size);
+  struct stat st;
+  const bool readable = fstat(fd, &st) == 0 && (S_ISREG(st.st_mode) || S_ISDIR(st.st_mode));
+  if (!readable) errno = EINVAL;
+  const ssize_t got = readable ? read(fd, cfg->text, cfg->size) : -1;
   if (got < 0 || static_cast<size_t>(got) < cfg->size) {
     log_failure("load_cfg", kLineLoadRead, "fail to read %s. errno: %d\n", cfg->path, errno);
     cfg->text[0] = '\0';

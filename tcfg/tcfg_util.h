@@ -21,6 +21,9 @@ struct tcfg {
   char* text;                // size+1 bytes; the lines as read point into it
   char* lines[kTcfgMaxLines];
   int32_t lineCount;
+  // How far into the text the lines reach: short of size when a NUL byte
+  // or the line limit cut the rest off, which a save would then lose.
+  uint32_t held;
   // The heap copy holding each replaced or added line, or null.
   char* owned[kTcfgMaxLines];
 };
