@@ -46,7 +46,14 @@ int ZrFisheyeSet(char*) {
     if (FormLookup(key.formKey, value, sizeof value) == LookupOk)
       set_cfg_value(cfg, key.configKey, value);
   }
-  if (loaded) save_cfg(cfg);
+  // Nor is one the lines do not hold whole.
+  if (loaded && cfg->held < cfg->size) {
+    fprintf(stderr,
+        "[ZrFisheyeSet] fish_eye.conf not saved: %s\n",
+        cfg->text[cfg->held] == '\0' ? "NUL byte" : "too many lines");
+  } else if (loaded) {
+    save_cfg(cfg);
+  }
   free_cfg(cfg);
   return 1;
 }
