@@ -102,7 +102,8 @@ bool IsLocalRedirect(const char* value) {
   for (const unsigned char* p = reinterpret_cast<const unsigned char*>(value); *p; ++p) {
     if (*p < 0x20 || *p == 0x7F || strchr("\"'<>\\", *p)) return false;
   }
-  if (value[0] == '/' && value[1] == '/') return false;
+  // Browsers drop leading spaces from a URL: " //host" is another host.
+  if (value[0] == ' ' || (value[0] == '/' && value[1] == '/')) return false;
   // A ":" before the first "/", "?" or "#" would start a scheme.
   const size_t beforePath = strcspn(value, "/?#");
   return memchr(value, ':', beforePath) == nullptr;
