@@ -2,6 +2,8 @@
 
 #include <stdlib.h>
 #include <string.h>
+#include <sys/auxv.h>
+#include <unistd.h>
 
 CgiEnvironment gCgi;
 
@@ -29,17 +31,57 @@ struct FormStore {
   uint32_t used;
   uint32_t capacity;
   uint32_t* index;
-  uint32_t slots;  // a power of two, or 0 before the first entry
-  uint32_t names;  // distinct names in the index
+  uint32_t slots;   // a power of two, or 0 before the first entry
+  uint32_t names;   // distinct names in the index
+  uint32_t key[2];  // of the hash, set with the first index
 };
 FormStore gForm;
 
-uint32_t HashName(const char* name) {
-  uint32_t h = 2166136261u;  // FNV-1a
-  for (const unsigned char* p = reinterpret_cast<const unsigned char*>(name); *p; ++p) {
-    h = (h ^ *p) * 16777619u;
+// The index slot of a name must not be predictable from outside, or a
+// form of names that share a slot turns every insert into a walk of the
+// whole index. So the hash is HalfSipHash-1-3 under a key the kernel gives
+// each process.
+void LoadHashKey(uint32_t key[2]) {
+  const unsigned char* random =
+      reinterpret_cast<const unsigned char*>(static_cast<uintptr_t>(getauxval(AT_RANDOM)));
+  uint32_t fallback[2] = {static_cast<uint32_t>(getpid()) * 2654435761u,
+      static_cast<uint32_t>(reinterpret_cast<uintptr_t>(&fallback))};
+  if (random) memcpy(fallback, random, sizeof fallback);
+  key[0] = fallback[0];
+  key[1] = fallback[1];
+}
+
+constexpr uint32_t Rotl(uint32_t x, int b) { return (x << b) | (x >> (32 - b)); }
+
+struct SipState {
+  uint32_t v0, v1, v2, v3;
+  void Round() {
+    v0 += v1, v1 = Rotl(v1, 5), v1 ^= v0, v0 = Rotl(v0, 16);
+    v2 += v3, v3 = Rotl(v3, 8), v3 ^= v2;
+    v0 += v3, v3 = Rotl(v3, 7), v3 ^= v0;
+    v2 += v1, v1 = Rotl(v1, 13), v1 ^= v2, v2 = Rotl(v2, 16);
   }
-  return h;
+  void Absorb(uint32_t m) {
+    v3 ^= m;
+    Round();
+    v0 ^= m;
+  }
+};
+
+uint32_t HashName(const char* name) {
+  const unsigned char* p = reinterpret_cast<const unsigned char*>(name);
+  SipState s = {gForm.key[0], gForm.key[1], 0x6c796765u ^ gForm.key[0], 0x74656462u ^ gForm.key[1]};
+  uint32_t length = 0;
+  for (; p[0] && p[1] && p[2] && p[3]; p += 4, length += 4)
+    s.Absorb(p[0] | p[1] << 8 | p[2] << 16 | static_cast<uint32_t>(p[3]) << 24);
+  uint32_t last = 0;
+  for (int shift = 0; *p; ++p, ++length, shift += 8) last |= static_cast<uint32_t>(*p) << shift;
+  s.Absorb(last | length << 24);
+  s.v2 ^= 0xff;
+  s.Round();
+  s.Round();
+  s.Round();
+  return s.v1 ^ s.v3;
 }
 
 // The slot that holds name, or the free slot where it would go.
@@ -53,6 +95,7 @@ uint32_t* Slot(const char* name, uint32_t hash) {
 // Makes the index at least `slots` large (a power of two), rehashing.
 bool GrowIndex(uint32_t slots) {
   if (slots <= gForm.slots) return true;
+  if (gForm.slots == 0) LoadHashKey(gForm.key);
   uint32_t* index = static_cast<uint32_t*>(calloc(slots, sizeof *index));
   if (!index) return false;
   uint32_t* old = gForm.index;
