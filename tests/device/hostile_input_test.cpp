@@ -1,0 +1,192 @@
+// What a hostile request or a hostile file system puts in the way: special
+// files at the saved paths, files the fisheye library would cut, leftovers
+// of killed saves, and forms built to collide in the form index.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <functional>
+#include <random>
+
+#include "tests/device/device_root.h"
+
+namespace device_test {
+namespace {
+
+constexpr char kFisheye[] = "/opt/kfp/etc/fish_eye.conf";
+
+// Makes a special file of the given kind at a host path.
+void MakeSpecial(char kind, const std::string& path) {
+  if (kind == 'd') ASSERT_EQ(mkdir(path.c_str(), 0755), 0);
+  if (kind == 'p') ASSERT_EQ(mkfifo(path.c_str(), 0644), 0);
+  if (kind == 'c') ASSERT_EQ(mknod(path.c_str(), S_IFCHR | 0666, makedev(1, 5)), 0);  // zero
+  if (kind == 'l') ASSERT_EQ(symlink("elsewhere.bin", path.c_str()), 0);
+  if (kind == 's') {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path.size(), sizeof address.sun_path);
+    memcpy(address.sun_path, path.c_str(), path.size());
+    const int fd = socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    close(fd);
+  }
+}
+
+mode_t TypeAt(const std::string& path) {
+  struct stat st;
+  return lstat(path.c_str(), &st) == 0 ? st.st_mode & S_IFMT : 0;
+}
+
+// A directory, FIFO, socket or device at the record path is answered as a
+// failed save at once and stays as it was; a link is replaced, not followed.
+TEST(HostileInput, SpecialFileAtTheRecordPath) {
+  DeviceRoot& root = DeviceRoot::Get();
+  const struct {
+    const char *module, *error, *tail;
+    size_t size;
+  } families[] = {
+      {"0y",
+          "ZrCamCtlWriteConfToFile is failed\n",
+          "fopen is failed [PATH:/opt/kfp/etc/ZrConf/ZrCamCtlConf0y.bin]\n"
+          "ZrCamCtlWriteConfToFile is failed\n",
+          128},
+      {"0O", "", "ZrCamCtlReadConfFromFile is finally failed\n", 130},
+  };
+  for (const auto& f : families) {
+    for (const char kind : {'d', 'p', 's', 'c', 'l'}) {
+      SCOPED_TRACE(std::string(f.module) + " " + kind);
+      root.Reset();
+      root.SetModule(f.module);
+      const std::string path = root.HostPath(DeviceRoot::RecordPath(f.module));
+      const std::string target = "/opt/kfp/etc/ZrConf/elsewhere.bin";
+      if (kind == 'l') root.WriteFile(target, std::string(f.size, '\0'));
+      MakeSpecial(kind, path);
+      const mode_t before = TypeAt(path);
+      const Answer a = root.RunKilledAfter("zrcamctlset.cgi", {.body = "Brightness=7"}, 1000000);
+      ASSERT_EQ(a.exitStatus, 0) << "not answered within a second";
+      if (kind == 'l') {
+        EXPECT_EQ(TypeAt(path), S_IFREG);
+        EXPECT_EQ(root.ReadFile(target), std::string(f.size, '\0'));
+        continue;
+      }
+      EXPECT_EQ(a.out, ErrorPage("zrcamctlset.cgi", f.error));
+      const std::string tail = f.tail;
+      EXPECT_EQ(a.err.substr(a.err.size() - std::min(a.err.size(), tail.size())), tail);
+      EXPECT_EQ(TypeAt(path), before);
+      EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), 1u);
+    }
+  }
+}
+
+// A file the library would save cut short is left byte for byte; so is a
+// FIFO, which is not waited on.
+TEST(HostileInput, FisheyeFileNotCut) {
+  DeviceRoot& root = DeviceRoot::Get();
+  std::string manyLines;
+  for (int i = 0; i < 40001; ++i) manyLines += "L" + std::to_string(i) + " = 1\n";
+  const struct {
+    std::string text, line;
+  } cases[] = {
+      {std::string("CENTER_X = 320\nX=\0\nSRC_WIDTH = 640\nOUTER_RADIUS = 9\n", 48), "NUL byte"},
+      {"CENTER_X = 320\n" + manyLines, "too many lines"},
+  };
+  for (const auto& c : cases) {
+    root.Reset();
+    root.WriteFile(kFisheye, c.text);
+    const Answer a = root.Post("zrfisheyeset.cgi", "CenterX=400");
+    EXPECT_EQ(root.ReadFile(kFisheye), c.text);
+    EXPECT_EQ(a.err,
+        "[ZrFisheyeSet] fish_eye.conf not saved: " + c.line +
+            "\n[SendSignalToVmfd] Send sig = [12] to vmfd. [OK]\n");
+    EXPECT_EQ(a.vmfdSignals, std::vector<int>{12});
+  }
+  root.Reset();
+  root.RemoveAll(kFisheye);
+  MakeSpecial('p', root.HostPath(kFisheye));
+  const Answer a = root.RunKilledAfter("zrfisheyeset.cgi", {.body = "CenterX=400"}, 1000000);
+  EXPECT_EQ(a.exitStatus, 0) << "not answered within a second";
+  EXPECT_EQ(TypeAt(root.HostPath(kFisheye)), S_IFIFO);
+}
+
+// The named temporaries of killed saves are removed by the next save of
+// the same file; another file's, and a running save's, stay.
+TEST(HostileInput, LeftoversRemovedByTheNextSave) {
+  DeviceRoot& root = DeviceRoot::Get();
+  root.Reset();
+  const pid_t gone = fork();
+  if (gone == 0) _exit(0);
+  waitpid(gone, nullptr, 0);
+  const std::string dir = "/opt/kfp/etc/ZrConf/", record = "ZrCamCtlConf0J.bin";
+  const std::string dead = record + "." + std::to_string(gone) + ".new";
+  const std::string running = record + "." + std::to_string(getpid()) + ".new";
+  const std::string other = "ZrCamCtlConf0y.bin." + std::to_string(gone) + ".new";
+  for (const std::string& name : {dead, running, other, record + ".x.new"})
+    root.WriteFile(dir + name, std::string(108, 'x'));
+  root.WriteFile(dir + record, std::string(108, '\0'));
+  EXPECT_EQ(root.Post("zrcamctlset.cgi", "AwbMode=1").exitStatus, 0);
+  std::vector<std::string> kept = {record, record + ".x.new", running, other};
+  std::sort(kept.begin(), kept.end());
+  EXPECT_EQ(root.List(dir), kept);
+}
+
+// Form names chosen so that FNV-1a puts them all in one slot of the index:
+// 15 letters and a last byte that fixes the low 8 bits, kept when the next
+// 10 bits agree as well.
+std::string CollidingForm(size_t size, bool collide) {
+  std::mt19937 random(7);
+  std::string form;
+  while (form.size() + 32 < size) {
+    char name[16];
+    uint32_t h = 2166136261u;
+    for (int i = 0; i < 13; ++i)
+      h = (h ^ (name[i] = static_cast<char>('a' + random() % 26))) * 16777619u;
+    for (int pair = 0; pair < 676 && form.size() + 32 < size; ++pair) {
+      name[13] = static_cast<char>('a' + pair / 26), name[14] = static_cast<char>('a' + pair % 26);
+      const uint32_t g =
+          ((h ^ static_cast<uint8_t>(name[13])) * 16777619u ^ static_cast<uint8_t>(name[14])) *
+          16777619u;
+      // 0x7e times FNV's prime is 0x5a modulo 256: the low byte becomes 0x5a.
+      uint8_t last = static_cast<uint8_t>(0x7e ^ g);
+      if (!collide) last = static_cast<uint8_t>(random() | 1);
+      if (last == 0 || (collide && (((g ^ last) * 16777619u) & 0x3ffff) != 0x35a)) continue;
+      char escape[4];
+      snprintf(escape, sizeof escape, "%%%02X", last);
+      form += std::string(name, 15) + escape + "=&";
+    }
+  }
+  return form;
+}
+
+double CpuSeconds(const std::function<void()>& run) {
+  rusage before, after;
+  getrusage(RUSAGE_CHILDREN, &before);
+  run();
+  getrusage(RUSAGE_CHILDREN, &after);
+  auto s = [](const timeval& t) { return static_cast<double>(t.tv_sec) + t.tv_usec / 1e6; };
+  return s(after.ru_utime) + s(after.ru_stime) - s(before.ru_utime) - s(before.ru_stime);
+}
+
+TEST(HostileInput, CollidingFormNamesParseInLinearTime) {
+  DeviceRoot& root = DeviceRoot::Get();
+  root.Reset();
+  const std::string forms[2] = {CollidingForm(1048576, false), CollidingForm(1048576, true)};
+  double seconds[2] = {1e9, 1e9};
+  for (int round = 0; round < 3; ++round) {
+    for (const bool collide : {false, true}) {
+      const std::string& form = forms[collide];
+      const double t = CpuSeconds(
+          [&] { EXPECT_EQ(root.Post("zrcamctlapply.cgi", form + "RetReDir=/x").exitStatus, 0); });
+      seconds[collide] = std::min(seconds[collide], t);
+    }
+  }
+  EXPECT_LT(seconds[1], 2 * seconds[0]) << "random " << seconds[0] << " s";
+}
+
+}  // namespace
+}  // namespace device_test
