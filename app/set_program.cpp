@@ -46,5 +46,5 @@ int ZrCamCtlSet(char* errorBuffer) {
   }
   MakeCamCtlConfPath(path, kRecordPathBufferSize, gPnCode);
   TakeSettingsLock();
-  return RunSettingsFrame(*row->family, row->option, errorBuffer, path);
+  return RunSettingsFrame(*row->family, errorBuffer, path);
 }

@@ -52,7 +52,7 @@ int main(int argc, char** argv) {
       char errorBuffer[256] = {};
       const double start = Now();
       ParseUrlEncodedForm(form.data(), form.size());
-      RunSettingsFrame(family, kNoOption, errorBuffer, recordPath);
+      RunSettingsFrame(family, errorBuffer, recordPath);
       times.push_back(Now() - start);
       entries = 0;
       for (const char* e = NextFormEntry(nullptr); e; e = NextFormEntry(e)) ++entries;

@@ -15,10 +15,7 @@ constexpr uint16_t ModuleCode(const char (&code)[3]) {
 
 struct ModuleRow {
   uint16_t code;
-  uint8_t option;                // what the family needs to know of the module (ModuleOption)
   const SettingsFamily* family;  // null: the module has no family
-  constexpr ModuleRow(uint16_t c = 0, const SettingsFamily* f = nullptr, uint8_t o = kNoOption)
-      : code(c), option(o), family(f) {}
 };
 
 extern const ModuleRow ModuleTable[kModuleCount];

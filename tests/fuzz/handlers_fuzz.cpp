@@ -36,11 +36,10 @@ const ModuleRow& Handler(uint8_t choice) {
   if (count == 0) {
     for (const ModuleRow& row : ModuleTable) {
       bool seen = row.family == nullptr;
-      for (int i = 0; i < count && !seen; ++i)
-        seen = rows[i].family == row.family && rows[i].option == row.option;
+      for (int i = 0; i < count && !seen; ++i) seen = rows[i].family == row.family;
       if (!seen) rows[count++] = row;
     }
-    rows[count++] = ModuleRow(0, &kUnroutedZoomModule);  // in no table row
+    rows[count++] = ModuleRow{0, &kUnroutedZoomModule};  // in no table row
   }
   return rows[choice % count];
 }
@@ -66,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (ParseUrlEncodedForm(
           reinterpret_cast<const char*>(data + recordLength), size - recordLength) == 0) {
     char errorBuffer[256] = {};
-    const int result = RunSettingsFrame(*row.family, row.option, errorBuffer, RecordPath());
+    const int result = RunSettingsFrame(*row.family, errorBuffer, RecordPath());
     if (errorBuffer[255] != '\0') __builtin_trap();
     (void)result;
   }
