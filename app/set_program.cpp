@@ -4,6 +4,7 @@
 
 #include <stdio.h>
 
+#include "cgi/cgi_request.h"
 #include "frame/record_store.h"
 #include "modules/module_table.h"
 #include "modules/product_code.h"
@@ -16,12 +17,12 @@ constexpr unsigned kNoHandlerMarker = 0x00020001;
 
 }  // namespace
 
-int ZrCamCtlSet(char* errorBuffer) {
+int ZrCamCtlSet(Request& request) {
   char path[kRecordPathBufferSize] = {};
 
   int32_t id = -1;
   for (int attempt = 0; attempt < kGetExtCamIdAttempts; ++attempt) {
-    id = GetExtCamId();
+    id = GetExtCamId(request.productCode);
     if (id >= 0) break;
   }
 
@@ -44,7 +45,7 @@ int ZrCamCtlSet(char* errorBuffer) {
         0u);
     return 0;
   }
-  MakeCamCtlConfPath(path, kRecordPathBufferSize, gPnCode);
+  MakeCamCtlConfPath(path, kRecordPathBufferSize, request.productCode);
   TakeSettingsLock();
-  return RunSettingsFrame(*row->family, row->option, errorBuffer, path);
+  return RunSettingsFrame(request, *row->family, row->option, path);
 }

@@ -131,7 +131,7 @@ void KeepInsidePicture(
   if (record.GetU16(sizeOffset) + position > edge) record.PutU16(sizeOffset, edge - position);
 }
 
-void KeepAreasInsidePicture(const FormValue&, const RecordView& record) {
+void KeepAreasInsidePicture(const Request&, const FormValue&, const RecordView& record) {
   for (int i = 0; i < kAreaPosX.count; ++i) {
     KeepInsidePicture(
         record, kAreaPosX.Element(i).offset, kAreaSizeX.Element(i).offset, kPictureWidth);
@@ -143,7 +143,7 @@ void KeepAreasInsidePicture(const FormValue&, const RecordView& record) {
 // The stabilizer is off under backlight mode 1; byte 121 tells the camera
 // which of the two is in charge: 0 backlight compensation, 1 stabilizer,
 // 2 neither.
-void StabilizerRule(const FormValue&, const RecordView& record) {
+void StabilizerRule(const Request&, const FormValue&, const RecordView& record) {
   const Field& backlightMode = kBacklight[0];
   const Field& stabilizerMode = kExposureToStabilizer[kStabilizerRow];
   const bool backlight = record.GetU8(backlightMode.offset) == 1;

@@ -56,7 +56,7 @@ constexpr const Field& kExposerFrequency = kFields[6];
 static_assert(kExposerFrequency.offset == 8);
 
 // A posted frequency sets the flags by the stored (truncated) byte.
-void SetFrequencyFlags(const FormValue& form, const RecordView& record) {
+void SetFrequencyFlags(const Request&, const FormValue& form, const RecordView& record) {
   if (!form.Lookup(kExposerFrequency.key)) return;
   const bool on = record.GetU8(kExposerFrequency.offset) != 0;
   record.PutU8(kFrequencyOn, on ? 1 : 0);

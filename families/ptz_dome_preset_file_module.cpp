@@ -242,15 +242,14 @@ constexpr uint32_t kPresetSetBitmap = 16404;  // eight words, preset n is bit n 
 static_assert(kPresetLabels + kPresetLabelSize * 255 <= kPresetSetBitmap);
 static_assert(kPresetSetBitmap + 8 * 4 <= kPresetFileSize);
 
-// One request per process: the file's image lives here rather than on the stack.
-uint8_t gPresetFile[kPresetFileSize];
-
 // Preset n (0 to 255): its flag in the bitmap and its label in the file.
 // Preset 0 has neither. 0, or the result to return at once when the preset
 // file cannot be written.
-int EditPresetFile(const FormValue& form, uint32_t n, char* errorBuffer) {
-  const RecordView presets = {gPresetFile, kPresetFileSize};
-  ReadRecord(kReadPolicy, presets, device::kPtzPresetFile, errorBuffer);
+int EditPresetFile(Request& request, const FormValue& form, uint32_t n) {
+  // Static for its size (see Request): too large for the stack.
+  static uint8_t image[kPresetFileSize];
+  const RecordView presets = {image, kPresetFileSize};
+  ReadRecord(request, kReadPolicy, presets, device::kPtzPresetFile);
   if (form.Lookup("PresetSetMode") && n > 0) {
     const uint32_t word = kPresetSetBitmap + 4 * ((n - 1) / 32);
     const uint32_t bit = 1u << ((n - 1) % 32);
@@ -261,30 +260,30 @@ int EditPresetFile(const FormValue& form, uint32_t n, char* errorBuffer) {
     const uint32_t slot = kPresetLabels + kPresetLabelSize * (n - 1);
     MergeClearedText(form, presets, Text("PresetSetLabel", slot, kPresetLabelSize));
   }
-  return WriteRecord(kWriteFailure, presets, device::kPtzPresetFile, errorBuffer);
+  return WriteRecord(request, kWriteFailure, presets, device::kPtzPresetFile);
 }
 
 // The frame with the preset file beside the record, and a second write for
 // the main title of a plain save.
-int RunFrame(const SettingsFamily&, char* errorBuffer, const char* recordPath) {
+int RunFrame(Request& request, const SettingsFamily&, const char* recordPath) {
   char value[kValueBufferSize] = {};
-  const FormValue form = {value, kValueBufferSize};
+  const FormValue form = {request.form, value, kValueBufferSize};
   uint8_t bytes[kRecordSize];
   const RecordView record = {bytes, kRecordSize};
 
-  ReadRecord(kReadPolicy, record, recordPath, errorBuffer);
-  MergeLayout(form, record, kWholeLayout.Part(0, kPresetsEnd));
+  ReadRecord(request, kReadPolicy, record, recordPath);
+  MergeLayout(request, form, record, kWholeLayout.Part(0, kPresetsEnd));
   const uint32_t preset = StoredValue(record, kPresetSetId);
   if (preset < kPresets) {
-    if (const int result = EditPresetFile(form, preset, errorBuffer)) return result;
+    if (const int result = EditPresetFile(request, form, preset)) return result;
   }
-  MergeLayout(form, record, kWholeLayout.Part(kPresetsEnd, kMainTitleBlock - kPresetsEnd));
+  MergeLayout(request, form, record, kWholeLayout.Part(kPresetsEnd, kMainTitleBlock - kPresetsEnd));
 
-  if (const int result = WriteRecord(kWriteFailure, record, recordPath, errorBuffer)) return result;
+  if (const int result = WriteRecord(request, kWriteFailure, record, recordPath)) return result;
   if (LayoutPending(record, kWholeLayout)) return 0;
   if (AnySlotOpen(record)) return 1;
-  MergeLayout(form, record, kWholeLayout.Part(kMainTitleBlock, 1));
-  if (const int result = WriteRecord(kWriteFailure, record, recordPath, errorBuffer)) return result;
+  MergeLayout(request, form, record, kWholeLayout.Part(kMainTitleBlock, 1));
+  if (const int result = WriteRecord(request, kWriteFailure, record, recordPath)) return result;
   return 1;
 }
 

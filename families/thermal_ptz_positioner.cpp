@@ -190,7 +190,7 @@ void MergeName(const FormValue& form, const RecordView& record, const NameTable&
 }
 
 template <const NameTable& Table>
-void MergeNameOf(const FormValue& form, const RecordView& record) {
+void MergeNameOf(const Request&, const FormValue& form, const RecordView& record) {
   MergeName(form, record, Table);
 }
 

@@ -29,7 +29,7 @@ constexpr FisheyeKey kFisheyeKeys[] = {
 
 }  // namespace
 
-int ZrFisheyeSet(char*) {
+int ZrFisheyeSet(Request& request) {
   // The file is installed with the firmware; it is never created here.
   TakeSettingsLock();
   tcfg* cfg = new_cfg(device::kFisheyeConfFile, false);
@@ -43,7 +43,7 @@ int ZrFisheyeSet(char*) {
     char value[128];
     // Written as posted: vmfd reads the numbers itself. A key missing from
     // the file is skipped.
-    if (FormLookup(key.formKey, value, sizeof value) == LookupOk)
+    if (FormLookup(request.form, key.formKey, value, sizeof value) == LookupOk)
       set_cfg_value(cfg, key.configKey, value);
   }
   if (loaded) save_cfg(cfg);

@@ -10,6 +10,7 @@
 
 struct FormValue;
 struct RecordView;
+struct Request;
 
 // The largest record of any family (the thermal PTZ positioner's).
 inline constexpr uint32_t kLargestRecord = 28682;
@@ -168,7 +169,7 @@ constexpr IndexedField SlotTable(const char* key, uint32_t offset, uint32_t slot
 // ---- Layout blocks -----------------------------------------------------------
 
 // A family's own step, for what no block can say.
-using OwnRule = void (*)(const FormValue& form, const RecordView& record);
+using OwnRule = void (*)(const Request& request, const FormValue& form, const RecordView& record);
 
 enum class Op : uint8_t {
   Fields,  // every row, in table order

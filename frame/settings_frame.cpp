@@ -132,7 +132,8 @@ void MergeSteps(const FormValue& form, const RecordView& record, const Block& bl
 
 }  // namespace
 
-void MergeLayout(const FormValue& form, const RecordView& record, const Layout& layout) {
+void MergeLayout(
+    const Request& request, const FormValue& form, const RecordView& record, const Layout& layout) {
   for (int b = 0; b < layout.count; ++b) {
     const Block& block = layout.blocks[b];
     switch (block.op) {
@@ -170,7 +171,7 @@ void MergeLayout(const FormValue& form, const RecordView& record, const Layout& 
       case Op::OneShot:
         if (!MergeField(form, record, block.fields[0])) record.PutU8(block.fields[0].offset, kIdle);
         break;
-      case Op::Own: block.own(form, record); break;
+      case Op::Own: block.own(request, form, record); break;
     }
   }
 }
@@ -194,7 +195,7 @@ bool LayoutPending(const RecordView& record, const Layout& layout) {
   return false;
 }
 
-int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, char* errorBuffer) {
+int ReadRecord(Request& request, ReadPolicy policy, const RecordView& record, const char* path) {
   // Bytes a failed or short read leaves behind read as 0, never as stack garbage.
   memset(record.bytes, 0, record.size);
   if (ReadOnce(record, path) >= 0) return 0;
@@ -202,7 +203,7 @@ int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, ch
     case ReadPolicy::Continue: fputs(kReadFailed, stderr); return 0;
     case ReadPolicy::ContinueInCgi: fputs(kReadFailedInCgi, stderr); return 0;
     case ReadPolicy::Abort:
-      Report(errorBuffer, kReadFailed);
+      Report(request.errorBuffer, kReadFailed);
       fputs(kReadFailed, stderr);
       return -1;
     case ReadPolicy::Retry: break;
@@ -218,26 +219,26 @@ int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, ch
 }
 
 int WriteRecord(
-    WriteFailure failure, const RecordView& record, const char* path, char* errorBuffer) {
+    Request& request, WriteFailure failure, const RecordView& record, const char* path) {
   if (ZrCamCtlWriteConfToFile(record.bytes, static_cast<int32_t>(record.size), path) >= 0) return 0;
   if (failure.syncFirst) sync();
-  Report(errorBuffer, kWriteFailed);
+  Report(request.errorBuffer, kWriteFailed);
   fputs(kWriteFailed, stderr);
   return failure.result;
 }
 
 int RunSettingsFrame(
-    const SettingsFamily& family, uint8_t moduleOption, char* errorBuffer, const char* recordPath) {
-  if (family.ownFrame) return family.ownFrame(family, errorBuffer, recordPath);
+    Request& request, const SettingsFamily& family, uint8_t moduleOption, const char* recordPath) {
+  if (family.ownFrame) return family.ownFrame(request, family, recordPath);
   char value[kMaxValueBufferSize] = {};
-  const FormValue form = {value, family.valueBufferSize};
+  const FormValue form = {request.form, value, family.valueBufferSize};
   uint8_t bytes[kLargestRecord];
   const RecordView record = {bytes, family.recordSize};
 
-  const int readResult = ReadRecord(family.readPolicy, record, recordPath, errorBuffer);
+  const int readResult = ReadRecord(request, family.readPolicy, record, recordPath);
   if (readResult != 0) return readResult;
-  MergeLayout(form, record, family.layout);
-  const int writeResult = WriteRecord(family.writeFailure, record, recordPath, errorBuffer);
+  MergeLayout(request, form, record, family.layout);
+  const int writeResult = WriteRecord(request, family.writeFailure, record, recordPath);
   if (writeResult != 0) return writeResult;
   switch (family.result.answer) {
     case Answer::ReturnPage: return 1;

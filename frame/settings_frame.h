@@ -34,11 +34,12 @@ struct WriteFailure {
 // The handler's value buffer: every lookup overwrites it, and the value is
 // converted right after its own lookup.
 struct FormValue {
+  const Form& form;
   char* buffer;
   int size;
 
   // True only when the key was posted with a value that fits the buffer.
-  bool Lookup(const char* key) const { return FormLookup(key, buffer, size) == LookupOk; }
+  bool Lookup(const char* key) const { return FormLookup(form, key, buffer, size) == LookupOk; }
   // Looks up keyFormat with %d replaced by index.
   bool LookupIndexed(const char* keyFormat, int index) const;
   int32_t Int() const;
@@ -66,7 +67,7 @@ inline constexpr ResultRule kUnlessPendingIfModule = {Answer::UnlessPendingIfMod
 
 struct SettingsFamily;
 // A family that handles more than one file runs its own frame.
-using OwnFrame = int (*)(const SettingsFamily& family, char* errorBuffer, const char* recordPath);
+using OwnFrame = int (*)(Request& request, const SettingsFamily& family, const char* recordPath);
 
 struct SettingsFamily {
   uint16_t recordSize;
@@ -86,17 +87,18 @@ enum ModuleOption : uint8_t {
 
 // ---- The frame ------------------------------------------------------------------
 
-// The steps of the frame; the record buffer lives on the stack.
+// The steps of the frame; the record buffer lives on the stack. A failed
+// read or write is reported in the request's error buffer.
 int RunSettingsFrame(
-    const SettingsFamily& family, uint8_t moduleOption, char* errorBuffer, const char* recordPath);
+    Request& request, const SettingsFamily& family, uint8_t moduleOption, const char* recordPath);
 
 // The steps, for families that run their own frame.
 // ReadRecord: 0 to go on merging, or the handler's result when it must stop.
 // WriteRecord: 0 when stored, or the family's write-failure result.
-int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, char* errorBuffer);
-int WriteRecord(
-    WriteFailure failure, const RecordView& record, const char* path, char* errorBuffer);
-void MergeLayout(const FormValue& form, const RecordView& record, const Layout& layout);
+int ReadRecord(Request& request, ReadPolicy policy, const RecordView& record, const char* path);
+int WriteRecord(Request& request, WriteFailure failure, const RecordView& record, const char* path);
+void MergeLayout(
+    const Request& request, const FormValue& form, const RecordView& record, const Layout& layout);
 bool LayoutPending(const RecordView& record, const Layout& layout);
 
 // Plain field: when the key is posted, its value (after the row's rule) is

@@ -6,9 +6,6 @@
 inline constexpr int kPnCodeBufferSize = 64;
 inline constexpr int kRecordPathBufferSize = 256;
 
-// The product code as last read by GetExtCamId.
-extern char gPnCode[kPnCodeBufferSize];
-
 // Reads string number keyOffset (0..7) of the basic configuration into out,
 // a kPnCodeBufferSize buffer (at most 63 characters are kept). Its length, or -1.
 int PnCodeUtilQefStrRead(char* out, int keyOffset);
@@ -19,8 +16,9 @@ int PnCodeUtilRead(char* out);
 // bytes, at most 63 characters kept). Its length, or -1.
 int ParseQefString(char* text, int keyOffset, char* out);
 
-// PnCode[19] * 256 + PnCode[20]; -1 unreadable, -2 too short.
-int32_t GetExtCamId();
+// Reads the product code into pnCode, then: pnCode[19] * 256 + pnCode[20];
+// -1 unreadable, -2 too short.
+int32_t GetExtCamId(char (&pnCode)[kPnCodeBufferSize]);
 
 // "/opt/kfp/etc/ZrConf/ZrCamCtlConf%c%c.bin" for the product code: 0, or
 // -1 null argument, -2 product code too short, -3 buffer too small.

@@ -16,9 +16,9 @@
 namespace {
 
 // The form in request order, "&" between entries; long values by length.
-std::string Entries() {
+std::string Entries(const Form& form) {
   std::string all;
-  for (const char* e = NextFormEntry(nullptr); e; e = NextFormEntry(e)) {
+  for (const char* e = NextFormEntry(form, nullptr); e; e = NextFormEntry(form, e)) {
     const std::string v = FormEntryValue(e);
     all += (all.empty() ? "" : "&") + std::string(e) + "=" +
            (v.size() > 16 ? "#" + std::to_string(v.size()) : v);
@@ -67,6 +67,7 @@ TEST(CgiRequest, ReadsTheForm) {
       {"get", "get", kForm.c_str(), "3", "a=1", "x=1&y=%41", 0, "x=1&y=A"},
   };
   const std::string body = "/tmp/cgi_request_test." + std::to_string(getpid());
+  Request request;
   for (const Case& k : cases) {
     std::ofstream(body, std::ios::binary) << k.body;
     ASSERT_NE(freopen(body.c_str(), "rb", stdin), nullptr);
@@ -74,12 +75,13 @@ TEST(CgiRequest, ReadsTheForm) {
     setenv("CONTENT_TYPE", k.type, 1);
     setenv("CONTENT_LENGTH", k.length, 1);
     setenv("QUERY_STRING", k.query, 1);
-    EXPECT_EQ(ReadCgiRequest(), k.want) << k.name;
-    EXPECT_EQ(Entries(), k.form) << k.name;
-    FreeForm();
+    request = {};
+    EXPECT_EQ(ReadCgiRequest(request), k.want) << k.name;
+    EXPECT_EQ(Entries(request.form), k.form) << k.name;
+    FreeForm(request.form);
   }
-  EXPECT_EQ(gCgi.contentLength, 9);  // a GET's is its query's length
-  EXPECT_EQ(gCgi.in, stdin);
+  EXPECT_EQ(request.cgi.contentLength, 9);  // a GET's is its query's length
+  EXPECT_EQ(request.cgi.in, stdin);
   remove(body.c_str());
 }
 
@@ -121,29 +123,30 @@ TEST(CgiRequest, Lookup) {
       {"missing, max 0", "k=1", "x", 0, LookupNotFound, "junk"},
       {"no form", "", "k", 8, LookupNotFound, ""},
   };
+  Form form = {};
   for (const Case& k : cases) {
-    ASSERT_EQ(ParseUrlEncodedForm(k.form.data(), k.form.size()), 0);
+    ASSERT_EQ(ParseUrlEncodedForm(form, k.form.data(), k.form.size()), 0);
     char buffer[256] = "junk";
-    EXPECT_EQ(FormLookup(k.key, buffer, k.max), k.want) << k.name;
+    EXPECT_EQ(FormLookup(form, k.key, buffer, k.max), k.want) << k.name;
     EXPECT_EQ(buffer, k.value) << k.name;
-    FreeForm();
+    FreeForm(form);
   }
   // Walks in order; an entry needs its "="; a zero byte ends a value only.
   const char* walks[][2] = {
       {"K=1&L=2&K=3", "K=1&L=2&K=3"}, {"x=1&noequals", "x=1"}, {"f=%zzend&g=1", "f=&g=1"}};
   for (const auto& w : walks) {  // in order; an entry needs its "="; a zero byte ends a value only
-    ASSERT_EQ(ParseUrlEncodedForm(w[0], strlen(w[0])), 0);
-    EXPECT_EQ(Entries(), w[1]) << w[0];
-    FreeForm();
+    ASSERT_EQ(ParseUrlEncodedForm(form, w[0], strlen(w[0])), 0);
+    EXPECT_EQ(Entries(form), w[1]) << w[0];
+    FreeForm(form);
   }
   std::string big;  // many entries, one far down and repeated
   for (int i = 0; i < 20000; ++i) big += "k" + std::to_string(i) + "=" + std::to_string(i) + "&";
   big += "k19999=dup";
   char buffer[16];
-  ASSERT_EQ(ParseUrlEncodedForm(big.data(), big.size()), 0);
-  EXPECT_EQ(FormLookup("k19999", buffer, 16) * 100 + FormLookup("k20000", buffer, 16),
+  ASSERT_EQ(ParseUrlEncodedForm(form, big.data(), big.size()), 0);
+  EXPECT_EQ(FormLookup(form, "k19999", buffer, 16) * 100 + FormLookup(form, "k20000", buffer, 16),
       LookupOk * 100 + LookupNotFound);
-  FreeForm();
+  FreeForm(form);
 }
 
 TEST(CgiRequest, IntegerConversions) {

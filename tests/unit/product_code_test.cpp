@@ -80,9 +80,10 @@ TEST(ProductCode, ParseAndRecordPath) {
     EXPECT_EQ(r < 0 ? 'X' : out[kPnCodeBufferSize], 'X')
         << k.name;  // nothing written past 64 bytes
   }
+  char path[kPnCodeBufferSize];
   testing::internal::CaptureStderr();
   EXPECT_EQ(
-      MakeCamCtlConfPath(nullptr, 256, kCode) * 10 + MakeCamCtlConfPath(gPnCode, 64, nullptr), -11);
+      MakeCamCtlConfPath(nullptr, 256, kCode) * 10 + MakeCamCtlConfPath(path, 64, nullptr), -11);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
       "a_filePath or a_pnCode is null\na_filePath or a_pnCode is null\n");
 }
@@ -94,7 +95,7 @@ TEST(ProductCode, WithoutTheDriver) {
   testing::internal::CaptureStderr();
   EXPECT_EQ(PnCodeUtilQefStrRead(out, 8), -1);
   EXPECT_EQ(PnCodeUtilQefStrRead(out, 7), -1);
-  EXPECT_EQ(GetExtCamId(), -1);
+  EXPECT_EQ(GetExtCamId(out), -1);
   std::string want =
       "PnCodeUtilQefStrRead():KeyOffset=8 error\n"
       "qet_get_and_init_pn_code():strstr(QEF_STR7=\") error for start\n";
