@@ -47,16 +47,6 @@ const char* BaseName(const char* path) {
   return slash ? slash + 1 : path;
 }
 
-void WriteErrorPage(const Request& request, const char* programName) {
-  WriteContentType(request, "text/html");
-  FILE* out = request.cgi.out;
-  fputs("<html>\n<head>\n<script language=javascript>\n", out);
-  fprintf(out, "alert(\"%s Cgi Func:[", programName);
-  WriteJavaScriptEscaped(request, request.errorBuffer);
-  fputs("] return ERROR!!!\");\n", out);
-  fputs("history.go(-1);\n</script>\n</head>\n</html>\n", out);
-}
-
 }  // namespace
 
 int SignalDaemon(const Daemon& daemon, int sig) {
@@ -96,7 +86,7 @@ int DispatchCgiProgram(Request& request, int argc, char** argv) {
   const CgiProgram* program = CgiProgramTable;
   while (program->name && strcmp(program->name, name) != 0) ++program;
   if (!program->name || !program->function) {
-    fprintf(request.cgi.out, "NOT Found Cgi Func: %s<br>\n", name);
+    WriteUnknownProgram(request, name);
     return 0;
   }
 
@@ -108,8 +98,7 @@ int DispatchCgiProgram(Request& request, int argc, char** argv) {
   }
   SignalDaemon(*program->daemon, program->signal);
   if (result == 0) {
-    fputs("HTTP/1.1 204 OK", request.cgi.out);  // no line end here: the settled answer
-    WriteContentType(request, "text/html");
+    WriteBareAnswer(request);
     return 0;
   }
   return WriteReturnPage(request);

@@ -5,7 +5,9 @@
 #include <stdio.h>
 
 #include "cgi/cgi_request.h"
-#include "frame/record_store.h"
+#include "device/device_paths.h"
+#include "filesys/settings_lock.h"
+#include "frame/settings_frame.h"
 #include "modules/module_table.h"
 #include "modules/product_code.h"
 
@@ -46,6 +48,8 @@ int ZrCamCtlSet(Request& request) {
     return 0;
   }
   MakeCamCtlConfPath(path, kRecordPathBufferSize, request.productCode);
-  TakeSettingsLock();
-  return RunSettingsFrame(request, *row->family, row->option, path);
+  const int lock = TakeSettingsLock(device::kSettingsLockFile);
+  const int result = RunSettingsFrame(request, *row->family, row->option, path);
+  ReleaseSettingsLock(lock);
+  return result;
 }

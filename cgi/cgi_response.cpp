@@ -89,8 +89,8 @@ void WriteScriptNumber(const Request& request, const char* key, const char* vari
 
 }  // namespace
 
-void WriteJavaScriptEscaped(const Request& request, const char* text) {
-  WriteEscaped(request.cgi.out, text, kJavaScriptEscapes);
+void WriteJavaScriptEscaped(FILE* out, const char* text) {
+  WriteEscaped(out, text, kJavaScriptEscapes);
 }
 
 void WriteHtmlEscaped(FILE* out, const char* text) { WriteEscaped(out, text, kHtmlEscapes); }
@@ -114,6 +114,25 @@ bool IsLocalRedirect(const char* value) {
 
 void WriteContentType(const Request& request, const char* type) {
   fprintf(request.cgi.out, "Content-type: %s\r\n\r\n", type);
+}
+
+void WriteBareAnswer(const Request& request) {
+  fputs("HTTP/1.1 204 OK", request.cgi.out);  // no line end here
+  WriteContentType(request, "text/html");
+}
+
+void WriteErrorPage(const Request& request, const char* programName) {
+  FILE* const out = request.cgi.out;
+  WriteContentType(request, "text/html");
+  fputs("<html>\n<head>\n<script language=javascript>\n", out);
+  fprintf(out, "alert(\"%s Cgi Func:[", programName);
+  WriteJavaScriptEscaped(out, request.errorBuffer);
+  fputs("] return ERROR!!!\");\n", out);
+  fputs("history.go(-1);\n</script>\n</head>\n</html>\n", out);
+}
+
+void WriteUnknownProgram(const Request& request, const char* name) {
+  fprintf(request.cgi.out, "NOT Found Cgi Func: %s<br>\n", name);
 }
 
 bool MakeReturnPagePath(const char* value, char* path, int pathSize) {

@@ -2,9 +2,9 @@
 
 #include <stdio.h>
 
-#include "frame/record_store.h"
 #include "cgi/cgi_request.h"
 #include "device/device_paths.h"
+#include "filesys/settings_lock.h"
 #include "tcfg/tcfg_util.h"
 
 namespace {
@@ -31,10 +31,11 @@ constexpr FisheyeKey kFisheyeKeys[] = {
 
 int ZrFisheyeSet(Request& request) {
   // The file is installed with the firmware; it is never created here.
-  TakeSettingsLock();
+  const int lock = TakeSettingsLock(device::kSettingsLockFile);
   tcfg* cfg = new_cfg(device::kFisheyeConfFile, false);
   if (!cfg) {
     fprintf(stderr, "Failed to create cfg [%s]\n", device::kFisheyeConfFile);
+    ReleaseSettingsLock(lock);
     return 1;
   }
   // A file that could not be read whole is never written over.
@@ -48,5 +49,6 @@ int ZrFisheyeSet(Request& request) {
   }
   if (loaded) save_cfg(cfg);
   free_cfg(cfg);
+  ReleaseSettingsLock(lock);
   return 1;
 }
