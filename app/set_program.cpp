@@ -29,25 +29,18 @@ int ZrCamCtlSet(Request& request) {
   }
 
   const ModuleRow* row = FindModuleRow(static_cast<uint32_t>(id));
-  if (!row) {
+  if (!row || !row->family) {
     fprintf(stderr,
         "[zrcamctlset.cgi] not exist function for control zrcamctld[ExtCamId:0x%08x,Index=%d "
         "pFunc=0x%08x]\n",
         static_cast<unsigned>(id),
-        -1,
-        kNoHandlerMarker);
+        row ? static_cast<int>(row - ModuleTable) : -1,
+        row ? 0u : kNoHandlerMarker);
     return 0;
   }
-  if (!row->family) {
-    fprintf(stderr,
-        "[zrcamctlset.cgi] not exist function for control zrcamctld[ExtCamId:0x%08x,Index=%d "
-        "pFunc=0x%08x]\n",
-        static_cast<unsigned>(id),
-        static_cast<int>(row - ModuleTable),
-        0u);
-    return 0;
-  }
-  MakeCamCtlConfPath(path, kRecordPathBufferSize, request.productCode);
+  // The code was long enough for its module code, so the path is made; a
+  // failure would be reported by it and answered as a module without one.
+  if (MakeCamCtlConfPath(path, kRecordPathBufferSize, request.productCode) != 0) return 0;
   const int lock = TakeSettingsLock(device::kSettingsLockFile);
   const int result = RunSettingsFrame(request, *row->family, row->option, path);
   ReleaseSettingsLock(lock);

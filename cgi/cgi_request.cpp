@@ -191,26 +191,10 @@ int ParseUrlEncodedForm(Form& form, const char* data, size_t length) {
 
 int ReadCgiRequest(Request& request) {
   CgiEnvironment& env = request.cgi;
-  env.serverSoftware = EnvOrEmpty("SERVER_SOFTWARE");
-  env.serverName = EnvOrEmpty("SERVER_NAME");
-  env.gatewayInterface = EnvOrEmpty("GATEWAY_INTERFACE");
-  env.serverProtocol = EnvOrEmpty("SERVER_PROTOCOL");
-  env.serverPort = EnvOrEmpty("SERVER_PORT");
   env.requestMethod = EnvOrEmpty("REQUEST_METHOD");
-  env.pathInfo = EnvOrEmpty("PATH_INFO");
-  env.pathTranslated = EnvOrEmpty("PATH_TRANSLATED");
-  env.scriptName = EnvOrEmpty("SCRIPT_NAME");
   env.queryString = EnvOrEmpty("QUERY_STRING");
-  env.remoteHost = EnvOrEmpty("REMOTE_HOST");
-  env.remoteAddr = EnvOrEmpty("REMOTE_ADDR");
-  env.authType = EnvOrEmpty("AUTH_TYPE");
-  env.remoteUser = EnvOrEmpty("REMOTE_USER");
-  env.remoteIdent = EnvOrEmpty("REMOTE_IDENT");
   env.contentType = EnvOrEmpty("CONTENT_TYPE");
   env.contentLength = DecimalToInt32(EnvOrEmpty("CONTENT_LENGTH"), nullptr);
-  env.httpAccept = EnvOrEmpty("HTTP_ACCEPT");
-  env.httpUserAgent = EnvOrEmpty("HTTP_USER_AGENT");
-  env.httpReferer = EnvOrEmpty("HTTP_REFERER");
   env.out = stdout;
   env.in = stdin;
 

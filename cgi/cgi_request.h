@@ -5,27 +5,12 @@
 #include <stdint.h>
 #include <stdio.h>
 
+// The variables the request is read by ("" when unset), and its streams.
 struct CgiEnvironment {
-  const char* serverSoftware;
-  const char* serverName;
-  const char* gatewayInterface;
-  const char* serverProtocol;
-  const char* serverPort;
   const char* requestMethod;
-  const char* pathInfo;
-  const char* pathTranslated;
-  const char* scriptName;
   const char* queryString;
-  const char* remoteHost;
-  const char* remoteAddr;
-  const char* authType;
-  const char* remoteUser;
-  const char* remoteIdent;
   const char* contentType;
-  int32_t contentLength;
-  const char* httpAccept;
-  const char* httpUserAgent;
-  const char* httpReferer;
+  int32_t contentLength;  // for a GET, the query's length
   FILE* out;
   FILE* in;
 };

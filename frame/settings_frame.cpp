@@ -98,14 +98,13 @@ uint32_t StoredValue(const RecordView& record, const Field& field) {
 }
 
 bool FieldPending(const RecordView& record, const Field& field) {
-  if (field.PendingWhile() == Pending::Never) return false;
-  const uint32_t value = StoredValue(record, field);
   switch (field.PendingWhile()) {
     case Pending::Never: return false;
     case Pending::UntilIdle:
-      return value != (field.Type() == FieldType::U16 ? (kIdle << 8 | kIdle) : kIdle);
-    case Pending::UntilZero: return value != 0;
-    case Pending::Below: return value <= field.arg;
+      return StoredValue(record, field) !=
+             (field.Type() == FieldType::U16 ? (kIdle << 8 | kIdle) : kIdle);
+    case Pending::UntilZero: return StoredValue(record, field) != 0;
+    case Pending::Below: return StoredValue(record, field) <= field.arg;
   }
   return false;
 }
@@ -183,11 +182,10 @@ bool LayoutPending(const RecordView& record, const Layout& layout) {
     if (block.op == Op::Fields) {  // only the span of rows that may be pending
       const int end = block.limit >> 8;
       for (int r = block.limit & 0xFF; r < end && !pending; ++r)
-        pending = block.fields[r].PendingWhile() != Pending::Never &&
-                  FieldPending(record, block.fields[r]);
+        pending = FieldPending(record, block.fields[r]);
     } else {
       ForEachRow(block, [&](const Field& row, const char*, const char*) {
-        pending = pending || (row.PendingWhile() != Pending::Never && FieldPending(record, row));
+        pending = pending || FieldPending(record, row);
       });
     }
     if (pending) return true;

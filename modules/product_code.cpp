@@ -90,7 +90,7 @@ int32_t GetExtCamId(char (&pnCode)[kPnCodeBufferSize]) {
     fprintf(stderr, "pnCodeLength is not correct[pnCodeLength=%d]\n", length);
     return -2;
   }
-  return static_cast<unsigned char>(pnCode[19]) * 256 + static_cast<unsigned char>(pnCode[20]);
+  return ModuleCode(pnCode + 19);
 }
 
 int MakeCamCtlConfPath(char* pathBuffer, int bufferLength, const char* pnCode) {

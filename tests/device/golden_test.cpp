@@ -427,7 +427,7 @@ TEST_P(Golden, DecodesAsPosted) {
     std::string record = given[path], was = record;
     for (const FileLine& file : FileLines(c.expected, "", given))
       if (file.path == path) record = file.bytes;
-    const ModuleRow* row = FindModuleRow(ModuleCode({code[0], code[1], 0}));
+    const ModuleRow* row = FindModuleRow(ModuleCode(code.c_str()));
     ASSERT_TRUE(row && row->family && FindFamilyNotes(row->family))
         << c.name << ": module " << code;
     ASSERT_EQ(record.size(), row->family->recordSize) << c.name;
