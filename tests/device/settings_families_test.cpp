@@ -8,64 +8,16 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <set>
 
 #include "modules/module_table.h"
 #include "cgi/cgi_request.h"
 #include "families/families.h"
+#include "tests/cases.h"
 #include "tests/device/device_root.h"
 
 namespace device_test {
 namespace {
-
-struct Family {
-  const SettingsFamily* family;
-  const char* code;
-  size_t recordSize;
-  int writeFailure;
-};
-
-const Family kFamilies[] = {
-    {&kAutoBrightnessCamera, "0v", 17, -2},
-    {&kBasicColourCamera, "0H", 20, -3},
-    {&kBasicImageModule, "1M", 16, -2},
-    {&kChromaAccCamera, "0M", 32, -1},
-    {&kColourCamera, "0N", 10, -2},
-    {&kDayNightCamera, "3A", 140, -1},
-    {&kDayNightIrCamera, "0y", 128, -1},
-    {&kDcIrisCamera, "0h", 24, -2},
-    {&kEmissivityThermalCamera, "10", 182, -2},
-    {&kEnvironmentModeCamera, "0C", 6, -1},
-    {&kFlickerlessCamera, "0j", 12, -1},
-    {&kFullHdWdrCamera, "0O", 130, -2},
-    {&kInfraredSwitchingCamera, "7A", 116, -1},
-    {&kIrPtzModule, "1I", 764, -2},
-    {&kKeyPowerFrequencyModule, "1B", 3, -2},
-    {&kTwoByteKeyPowerFrequencyModule, "1X", 2, -2},
-    {&kLensImageModule, "1G", 76, -2},
-    {&kMainsFrequencyFlagCamera, "0l", 41, -2},
-    {&kNoiseSharpnessDefogCamera, "6A", 64, -1},
-    {&kOsdMenuKeyCamera, "1m", 69, -2},
-    {&kPtzAlarmChannelCamera, "03", 440, -2},
-    {&kPtzAlarmInputModule, "08", 788, -2},
-    {&kPtzAlarmIoModule, "1K", 484, -2},
-    {&kPtzDomeCamera, "0L", 508, -2},
-    {&kPtzDomeNamedPresetCamera, "3I", 5562, -2},
-    {&kPtzDomePresetFileModule, "1C", 1968, -2},
-    {&kPtzModule1D, "1D", 328, -2},
-    {&kPtzWiperHeaterModule, "18", 718, -2},
-    {&kReversedThresholdCamera, "0G", 9, -1},
-    {&kSensUpCamera, "0o", 16, -1},
-    {&kSensorImageProcessing, "5A", 296, -1},
-    {&kSingleKeyModule, "1A", 4, -2},
-    {&kThermalCamera, "0D", 22, -2},
-    {&kThermalImagingModule, "0R", 56, -2},
-    {&kThermalPtzPositioner, "3T", 28682, -2},
-    {&kTwoSetImageTuning, "1d", 153, -2},
-    {&kTwoStreamEncodingCamera, "3Z", 252, -1},
-    {&kWdrIspCamera, "0c", 91, -2},
-    {&kZoomCameraModule, "0J", 108, -2},
-    {&kUnroutedZoomModule, "ZZ", 21, -2},
-};
 
 // Runs a handler in a child chrooted into the root, on the form; returns
 // "result\n", the error buffer's text, its NUL and the byte after; leaves its diagnostics in
@@ -98,33 +50,42 @@ std::string RunHandler(
 TEST(SettingsFamilies, WriteFailuresAndReadOnlyRecords) {
   DeviceRoot& root = DeviceRoot::Get();
   const std::string failed = "ZrCamCtlWriteConfToFile is failed\n";
-  for (const Family& f : kFamilies) {
+  std::set<const SettingsFamily*> left = {&kUnroutedZoomModule};  // every family has its case
+  for (const ModuleRow& row : ModuleTable)
+    if (row.family) left.insert(row.family);
+  for (const cases::Case& k : cases::Read("device", "families")) {
+    const std::string& code = k[1];
+    const bool routed = code != "ZZ";
+    const ModuleRow* row = FindModuleRow(ModuleCode(code.c_str()));
+    ASSERT_TRUE(!routed || (row && row->family)) << k[0];
+    const SettingsFamily* family = routed ? row->family : &kUnroutedZoomModule;
+    const size_t size = std::stoul(k[2]);
+    EXPECT_EQ(family->recordSize, size) << k[0];
+    left.erase(family);
     root.Reset();
-    const std::string path = DeviceRoot::RecordPath(f.code);
+    const std::string path = DeviceRoot::RecordPath(code);
     root.MountTmpfs("/opt/kfp/etc/ZrConf", "64k");
-    if (f.code != std::string("ZZ")) root.WriteRecord(f.code, Pattern(f.recordSize));
+    if (routed) root.WriteRecord(code, Pattern(size));
     root.FillUp("/opt/kfp/etc/ZrConf/filler");
-    EXPECT_EQ(RunHandler(root, f.family, "", path.c_str()),
-        std::to_string(f.writeFailure) + "\n" + failed + '\0' + 'z')
-        << f.code;
+    EXPECT_EQ(RunHandler(root, family, "", path.c_str()), k[3] + "\n" + failed + '\0' + 'z')
+        << k[0];
     EXPECT_NE(root.ReadFile("/tmp/handler.err").value_or("").find(failed), std::string::npos)
-        << f.code;
-    EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), f.code == std::string("ZZ") ? 1u : 2u)
-        << f.code;
-    if (f.code != std::string("ZZ"))
-      EXPECT_EQ(Hex(*root.ReadRecord(f.code)), Hex(Pattern(f.recordSize))) << f.code;
+        << k[0];
+    EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), routed ? 2u : 1u) << k[0];
+    if (routed) EXPECT_EQ(Hex(*root.ReadRecord(code)), Hex(Pattern(size))) << k[0];
     root.Unmount("/opt/kfp/etc/ZrConf");
-    if (f.code == std::string("ZZ")) continue;
+    if (!routed) continue;
     // A record on a read-only mount: the error page, no signal, the file kept.
-    root.SetModule(f.code);
-    root.WriteRecord(f.code, Pattern(f.recordSize));
+    root.SetModule(code);
+    root.WriteRecord(code, Pattern(size));
     root.BindReadOnly(path);
     const Answer a = root.Post("zrcamctlset.cgi", "RetReDir=/r");
     root.Unmount(path);
-    EXPECT_EQ(a.out, ErrorPage("zrcamctlset.cgi", failed)) << f.code;
-    EXPECT_EQ(a.zrcamctldSignals, std::vector<int>{}) << f.code;
-    EXPECT_EQ(Hex(root.ReadRecord(f.code).value()), Hex(Pattern(f.recordSize))) << f.code;
+    EXPECT_EQ(a.out, ErrorPage("zrcamctlset.cgi", failed)) << k[0];
+    EXPECT_EQ(a.zrcamctldSignals, std::vector<int>{}) << k[0];
+    EXPECT_EQ(Hex(root.ReadRecord(code).value()), Hex(Pattern(size))) << k[0];
   }
+  EXPECT_TRUE(left.empty()) << left.size() << " families without a case";
 }
 
 TEST(SettingsFamilies, RetryPausesBetweenItsThreeReads) {
