@@ -97,14 +97,13 @@ uint32_t StoredValue(const RecordView& record, const Field& field) {
 }
 
 bool FieldPending(const RecordView& record, const Field& field) {
-  if (field.PendingWhile() == Pending::Never) return false;
-  const uint32_t value = StoredValue(record, field);
   switch (field.PendingWhile()) {
     case Pending::Never: return false;
     case Pending::UntilIdle:
-      return value != (field.Type() == FieldType::U16 ? (kIdle << 8 | kIdle) : kIdle);
-    case Pending::UntilZero: return value != 0;
-    case Pending::Below: return value <= field.arg;
+      return StoredValue(record, field) !=
+             (field.Type() == FieldType::U16 ? (kIdle << 8 | kIdle) : kIdle);
+    case Pending::UntilZero: return StoredValue(record, field) != 0;
+    case Pending::Below: return StoredValue(record, field) <= field.arg;
   }
   return false;
 }
@@ -163,7 +162,7 @@ void MergeSlot(const FormValue& form, const RecordView& record, const RecordView
     memset(record.bytes + at, 0, table.clearWidth);
 }
 
-int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, char* errorBuffer) {
+int ReadRecord(Request& request, ReadPolicy policy, const RecordView& record, const char* path) {
   // Bytes a failed or short read leaves behind read as 0, never as stack garbage.
   memset(record.bytes, 0, record.size);
   if (ReadOnce(record, path) >= 0) return 0;
@@ -171,7 +170,7 @@ int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, ch
     case ReadPolicy::Continue: fputs(kReadFailed, stderr); return 0;
     case ReadPolicy::ContinueInCgi: fputs(kReadFailedInCgi, stderr); return 0;
     case ReadPolicy::Abort:
-      Report(errorBuffer, kReadFailed);
+      Report(request.errorBuffer, kReadFailed);
       fputs(kReadFailed, stderr);
       return -1;
     case ReadPolicy::Retry: break;
@@ -187,36 +186,37 @@ int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, ch
 }
 
 int WriteRecord(
-    WriteFailure failure, const RecordView& record, const char* path, char* errorBuffer) {
+    Request& request, WriteFailure failure, const RecordView& record, const char* path) {
   if (ZrCamCtlWriteConfToFile(record.bytes, static_cast<int32_t>(record.size), path) >= 0) return 0;
   if (failure.syncFirst) sync();
-  Report(errorBuffer, kWriteFailed);
+  Report(request.errorBuffer, kWriteFailed);
   fputs(kWriteFailed, stderr);
   return failure.result;
 }
 
-// One merge: the request's form, the record being merged, the record whose
-// rows select slots (the family's record, also for a side file), and the
-// result that ends the request when a side file cannot be written.
+// One merge: the request and its form value, the record being merged, the
+// record whose rows select slots (the family's record, also for a side
+// file), and the result that ends the request when a side file cannot be
+// written.
 struct Merge {
+  Request& request;
   const FormValue& form;
   const RecordView& record;
   const RecordView& ids;
-  char* errorBuffer;
   int result;
 };
 
 bool MergeBlocks(Merge& m, const Block* blocks, int count);
 
-// A side file's image: static, for its size, one request per process.
+// A side file's image: static for its size (see Request).
 uint8_t gSideFile[kLargestSideFile];
 
 bool MergeSideFile(Merge& m, const SideFile& file) {
   const RecordView bytes = {gSideFile, file.size};
-  if ((m.result = ReadRecord(file.readPolicy, bytes, file.path, m.errorBuffer)) != 0) return false;
-  Merge side = {m.form, bytes, m.record, m.errorBuffer, 0};
+  if ((m.result = ReadRecord(m.request, file.readPolicy, bytes, file.path)) != 0) return false;
+  Merge side = {m.request, m.form, bytes, m.record, 0};
   MergeBlocks(side, file.layout.blocks, file.layout.count);
-  m.result = WriteRecord(file.writeFailure, bytes, file.path, m.errorBuffer);
+  m.result = WriteRecord(m.request, file.writeFailure, bytes, file.path);
   return m.result == 0;
 }
 
@@ -260,7 +260,7 @@ bool MergeBlocks(Merge& m, const Block* blocks, int count) {
         if (!MergeField(form, record, *block->single.row))
           record.PutU8(block->single.row->offset, kIdle);
         break;
-      case Op::Own: block->own.rule(OwnContext{form, record, block->own.row}); break;
+      case Op::Own: block->own.rule(OwnContext{m.request, form, record, block->own.row}); break;
       case Op::SideFile:
         if (!MergeSideFile(m, *block->side.file)) return false;
         break;
@@ -287,29 +287,28 @@ bool LayoutPending(const RecordView& record, const Layout& layout) {
     if (pending) return;
     if (block.op == Op::Fields) {  // only the span of rows that may be pending
       for (int r = block.table.pendingFirst; r < block.table.pendingEnd && !pending; ++r)
-        pending = block.table.rows[r].PendingWhile() != Pending::Never &&
-                  FieldPending(record, block.table.rows[r]);
+        pending = FieldPending(record, block.table.rows[r]);
     } else if (block.op != Op::Slot) {  // slot tables hold no commands
       ForEachRow(block, [&](const Field& row, const char*, const char*) {
-        pending = pending || (row.PendingWhile() != Pending::Never && FieldPending(record, row));
+        pending = pending || FieldPending(record, row);
       });
     }
   });
   return pending;
 }
 
-int RunSettingsFrame(const SettingsFamily& family, char* errorBuffer, const char* recordPath) {
+int RunSettingsFrame(Request& request, const SettingsFamily& family, const char* recordPath) {
   char value[kMaxValueBufferSize] = {};
-  const FormValue form = {value, family.valueBufferSize};
+  const FormValue form = {request.form, value, family.valueBufferSize};
   uint8_t bytes[kLargestRecord];
   const RecordView record = {bytes, family.recordSize};
   const Layout& layout = family.layout;
 
-  const int readResult = ReadRecord(family.readPolicy, record, recordPath, errorBuffer);
+  const int readResult = ReadRecord(request, family.readPolicy, record, recordPath);
   if (readResult != 0) return readResult;
-  Merge merge = {form, record, record, errorBuffer, 0};
+  Merge merge = {request, form, record, record, 0};
   if (!MergeBlocks(merge, layout.blocks, layout.count) && merge.result != 0) return merge.result;
-  const int writeResult = WriteRecord(family.writeFailure, record, recordPath, errorBuffer);
+  const int writeResult = WriteRecord(request, family.writeFailure, record, recordPath);
   if (writeResult != 0) return writeResult;
   const bool pending =
       family.result.answer == Answer::UnlessPending && LayoutPending(record, layout);
@@ -318,7 +317,7 @@ int RunSettingsFrame(const SettingsFamily& family, char* errorBuffer, const char
     if (block->op != Op::PlainSave) continue;
     if (pending || LayoutPending(record, layout) || AnyGateOpen(record, layout)) return result;
     MergeBlocks(merge, block->plainSave.blocks, block->plainSave.count);
-    const int plainResult = WriteRecord(family.writeFailure, record, recordPath, errorBuffer);
+    const int plainResult = WriteRecord(request, family.writeFailure, record, recordPath);
     if (plainResult != 0) return plainResult;
   }
   return result;

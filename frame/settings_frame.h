@@ -34,11 +34,12 @@ struct WriteFailure {
 // The handler's value buffer: every lookup overwrites it, and the value is
 // converted right after its own lookup.
 struct FormValue {
+  const Form& form;
   char* buffer;
   int size;
 
   // True only when the key was posted with a value that fits the buffer.
-  bool Lookup(const char* key) const { return FormLookup(key, buffer, size) == LookupOk; }
+  bool Lookup(const char* key) const { return FormLookup(form, key, buffer, size) == LookupOk; }
   // Looks up keyFormat with %d replaced by index.
   bool LookupIndexed(const char* keyFormat, int index) const;
   int32_t Int() const;
@@ -46,9 +47,10 @@ struct FormValue {
   bool Empty() const { return buffer[0] == '\0'; }
 };
 
-// What a family's own rule gets: the request's form, the record, and the
-// row the rule belongs to (null when it belongs to none).
+// What a family's own rule gets: the request and its form value, the
+// record, and the row the rule belongs to (null when it belongs to none).
 struct OwnContext {
+  const Request& request;
   const FormValue& form;
   const RecordView& record;
   const Field* row;
@@ -95,8 +97,9 @@ struct SettingsFamily {
 // ---- The frame ------------------------------------------------------------------
 
 // Read the record, merge the layout (side files and plain-save blocks in
-// their turn), write, answer. The record buffer lives on the stack.
-int RunSettingsFrame(const SettingsFamily& family, char* errorBuffer, const char* recordPath);
+// their turn), write, answer. The record buffer lives on the stack. A
+// failed read or write is reported in the request's error buffer.
+int RunSettingsFrame(Request& request, const SettingsFamily& family, const char* recordPath);
 
 // True while a row of the layout holds a pending command (by its trait).
 bool LayoutPending(const RecordView& record, const Layout& layout);

@@ -438,7 +438,7 @@ TEST_P(Golden, DecodesAsPosted) {
         code = text.substr(text.find("QEF_STR1=\"") + 29, 2);
     }
     for (const FileLine& file : FileLines(c.expected, "", given)) left[file.path] = file.bytes;
-    const ModuleRow* row = FindModuleRow(ModuleCode({code[0], code[1], 0}));
+    const ModuleRow* row = FindModuleRow(ModuleCode(code.c_str()));
     const FamilyNotes* notes = row && row->family ? FindFamilyNotes(row->family) : nullptr;
     ASSERT_TRUE(notes) << c.name << ": module " << code;
     // A family's transcripts are filed under its file's name.
@@ -476,6 +476,7 @@ TEST_P(Golden, DecodesAsPosted) {
           }
         };
     const Layout& layout = row->family->layout;
+    ASSERT_EQ(left[DeviceRoot::RecordPath(code)].size(), row->family->recordSize) << c.name;
     check(layout, DeviceRoot::RecordPath(code), row->family->recordSize, nullptr);
     ForEachBlock(layout.blocks, layout.count, [&](const Block& block, const Block* holder) {
       if (block.op == Op::SideFile)

@@ -145,6 +145,67 @@ TEST(Reliability, HeldLockDelaysThenSaves) {
   EXPECT_EQ(root.ReadRecord("0J")->at(14), 3);
 }
 
+// The lock covers the read, merge and write only, and any user can take it:
+// saves overlapping behind a slow savecfg, or saves by the web server's
+// user after one by root, all take it in turn and keep every update.
+TEST(Reliability, EverySaveTakesTheLockBriefly) {
+  const std::pair<const char*, size_t> kWords[] = {{"PowerFrequency", 0},
+      {"Hue", 4},
+      {"Saturation", 8},
+      {"Brightness", 12},
+      {"Contrast", 16},
+      {"Sharpness", 20},
+      {"DayNightDetect", 28},
+      {"D2nThreshold", 32},
+      {"N2dThreshold", 36},
+      {"VerticalFlip", 40},
+      {"HorizontalFlip", 44},
+      {"Blc", 48},
+      {"Wdr", 52},
+      {"ManualShutter", 56},
+      {"ShutterSpeed", 60},
+      {"WhiteBalance", 64},
+      {"RGain", 68}};  // module 0y's
+  struct Case {
+    const char* name;
+    const char* saveCfg;  // the stand-in's first line
+    const char* also;     // posted with every key
+    unsigned uid;
+  };
+  const Case cases[] = {
+      {"savecfg taking 3 s", "/bin/busybox sleep 3", "&SaveCfg=YES", 0},
+      {"another user after root", ":", "", 65534},
+  };
+  DeviceRoot& root = DeviceRoot::Get();
+  const std::string saveCfg = root.ReadFile("/usr/sbin/savecfg").value();
+  const std::string lock = root.HostPath("/var/run/zrcamctl.lock");
+  for (const Case& c : cases) {
+    root.Reset();
+    root.SetModule("0y");
+    // Saves take turns, each syncing its file: on a RAM file system, so that
+    // 17 turns fit the 2 s a save waits even on a busy machine.
+    root.MountTmpfs("/opt/kfp/etc/ZrConf", "1m,mode=0777");
+    root.WriteRecord("0y", Bytes(128, 0));
+    unlink(lock.c_str());
+    root.Post("zrcamctlset.cgi", "Hue=0");  // root's save makes the lock file
+    struct stat st;
+    EXPECT_TRUE(stat(lock.c_str(), &st) == 0 && (st.st_mode & 07777) == 0644) << c.name;
+    root.WriteFile("/usr/sbin/savecfg", "#!/bin/sh\n" + std::string(c.saveCfg) + "\n");
+    std::vector<Request> saves;
+    Bytes expected(128, 0);
+    for (size_t i = 0; i < std::size(kWords); ++i) {
+      const auto& [key, offset] = kWords[i];
+      saves.push_back({.body = key + ("=" + std::to_string(i + 1)) + c.also, .uid = c.uid});
+      expected[offset] = static_cast<uint8_t>(i + 1);
+    }
+    for (const Answer& a : root.RunTogether("zrcamctlset.cgi", saves))
+      EXPECT_EQ(a.err.find("lock not taken"), std::string::npos) << c.name << a.err;
+    EXPECT_EQ(Hex(*root.ReadRecord("0y")), Hex(expected)) << c.name;
+    root.Unmount("/opt/kfp/etc/ZrConf");
+  }
+  root.WriteFile("/usr/sbin/savecfg", saveCfg);
+}
+
 TEST(Reliability, KilledSavesAndLinksLeaveFilesWhole) {
   DeviceRoot& root = DeviceRoot::Get();
   root.Reset();

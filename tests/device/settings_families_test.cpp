@@ -46,10 +46,11 @@ std::string RunHandler(
     if (chroot(root.HostPath("").c_str()) != 0 || chdir("/") != 0 ||
         !freopen("/tmp/handler.err", "w", stderr))
       _exit(126);
-    ParseUrlEncodedForm(form.data(), form.size());
-    char errorBuffer[256];
-    memset(errorBuffer, 'z', sizeof errorBuffer);  // to show how many bytes the handler wrote
-    const int result = RunSettingsFrame(*family, errorBuffer, path);
+    ::Request request = {};
+    ParseUrlEncodedForm(request.form, form.data(), form.size());
+    char* const errorBuffer = request.errorBuffer;
+    memset(errorBuffer, 'z', kErrorBufferSize);  // to show how many bytes the handler wrote
+    const int result = RunSettingsFrame(request, *family, path);
     FILE* out = fopen("/tmp/handler.out", "w");
     if (!out) _exit(126);
     fprintf(out, "%d\n", result);

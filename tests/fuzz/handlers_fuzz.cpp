@@ -62,13 +62,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fwrite(record, 1, sizeof record, f);
   fclose(f);
 
-  if (ParseUrlEncodedForm(
-          reinterpret_cast<const char*>(data + recordLength), size - recordLength) == 0) {
-    char errorBuffer[256] = {};
-    const int result = RunSettingsFrame(*row.family, errorBuffer, RecordPath());
-    if (errorBuffer[255] != '\0') __builtin_trap();
+  Request request = {};
+  if (ParseUrlEncodedForm(request.form,
+          reinterpret_cast<const char*>(data + recordLength),
+          size - recordLength) == 0) {
+    const int result = RunSettingsFrame(request, *row.family, RecordPath());
+    if (request.errorBuffer[kErrorBufferSize - 1] != '\0') __builtin_trap();
     (void)result;
   }
-  FreeForm();
+  FreeForm(request.form);
   return 0;
 }

@@ -14,6 +14,7 @@
 #include <string>
 
 #include "tcfg/tcfg_util.h"
+#include "tests/cases.h"
 
 namespace {
 
@@ -41,31 +42,22 @@ void WriteFile(const std::string& path, const std::string& text) {
   std::ofstream(path, std::ios::binary) << text;
 }
 
-// One call on a fresh in-memory object. get: key, out size a, occurrence b,
-// start c. set: key, arg, occurrence b, start c. col: row a, col b,
-// delimiters key, out size c. row: key column a, key, col b, occurrence c,
-// blank-delimited. put: key column a, key, col b, arg, occurrence c,
-// colon-delimited. lines: the split alone. The result: the return value,
-// the value read or every line afterwards, and what went to stderr.
-struct Case {
-  const char *name, *op;
-  std::string text;
-  const char *key, *arg;
-  int a, b, c;
-  std::string want;
-};
-
-std::string Call(const Case& k) {
-  Cfg cfg = Mem(k.text);
+// One call on a fresh in-memory object: op | name | text | key | arg | a |
+// b | c (see data/tcfg.cases); its result, the value read or the lines
+// afterwards, and what went to stderr.
+std::string Call(const cases::Case& k) {
+  Cfg cfg = Mem(k[2]);
   char out[kTcfgValueSize + 8] = "junk";
-  const std::string op = k.op;
+  const std::string& op = k[0];
+  const char *key = k[3].c_str(), *arg = k[4].c_str();
+  const int a = std::stoi(k[5]), b = std::stoi(k[6]), c = std::stoi(k[7]);
   int r = cfg->lineCount;
   const std::string err = StderrOf([&] {
-    if (op == "get") r = get_cfg_value(cfg.get(), k.key, out, k.a, k.b, k.c);
-    if (op == "set") r = set_cfg_value(cfg.get(), k.key, k.arg, k.b, k.c);
-    if (op == "col") r = get_cfg_col(cfg.get(), k.a, k.b, k.key, out, k.c);
-    if (op == "row") r = find_cfg_row(cfg.get(), k.a, k.key, k.b, " ", out, sizeof out, k.c);
-    if (op == "put") r = set_cfg_col(cfg.get(), k.a, k.key, k.b, ":", k.arg, k.c);
+    if (op == "get") r = get_cfg_value(cfg.get(), key, out, a, b, c);
+    if (op == "set") r = set_cfg_value(cfg.get(), key, arg, b, c);
+    if (op == "col") r = get_cfg_col(cfg.get(), a, b, key, out, c);
+    if (op == "row") r = find_cfg_row(cfg.get(), a, key, b, " ", out, sizeof out, c);
+    if (op == "put") r = set_cfg_col(cfg.get(), a, key, b, ":", arg, c);
   });
   const bool read = op == "get" || op == "col" || op == "row";
   return std::to_string(r) + " " + (read ? std::string(out) : Lines(cfg.get())) +
@@ -73,162 +65,10 @@ std::string Call(const Case& k) {
 }
 
 TEST(Tcfg, Cases) {
-  const char* kKeys = "CENTER_XY=1\nCENTER_X2=5\n CENTER_X=6\n#CENTER_X=7\nCENTER_X\t8\n";
-  const char* kRepeat = "A=1\nA=2\nB=0\nA=3\n";
-  const char* kOdd = "=5\nNOVALUE\nOPEN=\"abc\nTRAIL= \t \nD=#only comment\nE = \"\"\nF=x;y;z\n";
-  const char* kNet = "  eth0 \t192.168.0.1\t\t255.255.255.0\n\"my cam\",'x',y\"z\n";
-  const char* kUsers =
-      "user admin 1\ngroup admin x\nuser guest 0\n\"user\" quoted 2\nuser\nusers many 3\n";
-  const char* kPasswd = "root:\"x\":0:0\nguest:'x':1000:100\nguest:y:1001:100\n";
-  const std::string v127(127, '7'), v128(128, '8'), k127 = "K=" + v127,
-                                                    k128 = "K = '" + v128 + "' # kept";
-  const std::string kShort = " ! insufficient string buffer size\n", kLarge = " ! too large col\n";
   std::string wide;  // 130 columns
   for (int i = 0; i < 130; ++i) wide += "c" + std::to_string(i) + " ";
-  const Case cases[] = {
-      {"breaks collapse",
-          "lines",
-          "A=1\r\n\r\n\r\nB=2\rC=3\n\n\nD=4",
-          "",
-          "",
-          0,
-          0,
-          0,
-          "4 A=1|B=2|C=3|D=4"},
-      {"only breaks", "lines", "\r\n\n\r", "", "", 0, 0, 0, "0 "},
-      {"ends at a NUL",
-          "lines",
-          std::string("A=1\nB=2\0\nC=3\n", 13),
-          "",
-          "",
-          0,
-          0,
-          0,
-          "2 A=1|B=2"},
-      {"whole key only", "get", kKeys, "CENTER_X", "", 128, 0, 0, "4 8"},
-      {"key prefix", "get", kKeys, "CENTER", "", 128, 0, 0, "-1 "},
-      {"key too long", "get", kKeys, "CENTER_XYZ", "", 128, 0, 0, "-1 "},
-      {"separators", "get", "A = =\t= 1\n", "A", "", 128, 0, 0, "0 1"},
-      {"inner blanks kept", "get", "B = a b\t c  \t\n", "B", "", 128, 0, 0, "0 a b\t c"},
-      {"2nd occurrence", "get", kRepeat, "A", "", 128, 1, 0, "1 2"},
-      {"3rd occurrence", "get", kRepeat, "A", "", 128, 2, 0, "3 3"},
-      {"from line 2", "get", kRepeat, "A", "", 128, 0, 2, "3 3"},
-      {"2nd from line 1", "get", kRepeat, "A", "", 128, 1, 1, "3 3"},
-      {"no 4th", "get", kRepeat, "A", "", 128, 3, 0, "-1 "},
-      {"no 2nd from line 2", "get", kRepeat, "A", "", 128, 1, 2, "-1 "},
-      {"start past end", "get", kRepeat, "A", "", 128, 0, 4, "-1 "},
-      {"occurrence -1", "get", kRepeat, "A", "", 128, -1, 0, "-1 "},
-      {"start -1", "get", kRepeat, "A", "", 128, 0, -1, "-1 "},
-      {"empty key", "get", kOdd, "", "", 128, 0, 0, "0 5"},
-      {"no separator", "get", kOdd, "NOVALUE", "", 128, 0, 0, "-1 "},
-      {"open quote", "get", kOdd, "OPEN", "", 128, 0, 0, "2 abc"},
-      {"blanks only", "get", kOdd, "TRAIL", "", 128, 0, 0, "3 "},
-      {"comment only", "get", kOdd, "D", "", 128, 0, 0, "4 "},
-      {"empty quotes", "get", kOdd, "E", "", 128, 0, 0, "5 "},
-      {"semicolon ends", "get", kOdd, "F", "", 128, 0, 0, "6 x"},
-      {"127 in 128", "get", k127, "K", "", 128, 0, 0, "0 " + v127},
-      {"128 in 128", "get", k128, "K", "", 128, 0, 0, "-1 " + kShort},
-      {"5 in 6", "get", "K=12345", "K", "", 6, 0, 0, "0 12345"},
-      {"5 in 5", "get", "K=12345", "K", "", 5, 0, 0, "-1 " + kShort},
-      {"size 0", "get", "K=12345", "K", "", 0, 0, 0, "-1 junk"},
-      {"set keeps comment",
-          "set",
-          "CENTER_X = 320 # pixels",
-          "CENTER_X",
-          "400",
-          0,
-          0,
-          0,
-          "0 CENTER_X = 400 # pixels"},
-      {"set in quotes",
-          "set",
-          "CENTER_Y=\"240\";",
-          "CENTER_Y",
-          "400",
-          0,
-          0,
-          0,
-          "0 CENTER_Y=\"400\";"},
-      {"set single quotes",
-          "set",
-          "R\t'300' ; outer",
-          "R",
-          "12345",
-          0,
-          0,
-          0,
-          "0 R\t'12345' ; outer"},
-      {"set no such key", "set", "CENTER_XY=1", "CENTER_X", "2", 0, 0, 0, "-1 CENTER_XY=1"},
-      {"set keeps blanks", "set", "B = a b\t c  \t", "B", "d", 0, 0, 0, "0 B = d  \t"},
-      {"set empty value", "set", "C =", "C", "5", 0, 0, 0, "0 C =5"},
-      {"set before comment", "set", "D=#c", "D", "6", 0, 0, 0, "0 D=6#c"},
-      {"set to empty", "set", "F=x;y;z", "F", "", 0, 0, 0, "0 F=;y;z"},
-      {"set 3rd", "set", kRepeat, "A", "9", 0, 2, 0, "0 A=1|A=2|B=0|A=9"},
-      {"set past end", "set", kRepeat, "A", "9", 0, 0, 4, "-1 A=1|A=2|B=0|A=3"},
-      {"set no value", "set", "NOVALUE", "NOVALUE", "7", 0, 0, 0, "-1 NOVALUE"},
-      {"set over 127", "set", k127, "K", "1", 0, 0, 0, "0 K=1"},
-      {"set over 128", "set", k128, "K", "1", 0, 0, 0, "-1 " + k128 + kShort},
-      {"column 0", "col", kNet, " \t", "", 0, 0, 128, "0 eth0"},
-      {"column 1", "col", kNet, " \t", "", 0, 1, 128, "0 192.168.0.1"},
-      {"last column", "col", kNet, " \t", "", 0, 2, 128, "0 255.255.255.0"},
-      {"past last column", "col", kNet, " \t", "", 0, 3, 128, "-1 "},
-      {"quoted column", "col", kNet, ",", "", 1, 0, 128, "0 my cam"},
-      {"single quotes", "col", kNet, ",", "", 1, 1, 128, "0 x"},
-      {"quote ends", "col", kNet, ",", "", 1, 2, 128, "0 y"},
-      {"no delimiters", "col", kNet, "", "", 0, 0, 128, "0   eth0 \t192.168.0.1\t\t255.255.255.0"},
-      {"row -1", "col", kNet, ",", "", -1, 0, 128, "-1 "},
-      {"row past end", "col", kNet, ",", "", 2, 0, 128, "-1 "},
-      {"column -1", "col", kNet, ",", "", 0, -1, 128, "-1 "},
-      {"4 in 5", "col", kNet, " ", "", 0, 0, 5, "0 eth0"},
-      {"4 in 4", "col", kNet, " ", "", 0, 0, 4, "-1 " + kShort},
-      {"col size 0", "col", kNet, " ", "", 0, 0, 0, "-1 junk"},
-      {"column 127", "col", wide, " ", "", 0, 127, 128, "0 c127"},
-      {"column 128", "col", wide, " ", "", 0, 128, 128, "-1 "},
-      {"column 129", "col", wide, " ", "", 0, 129, 128, "-1 " + kLarge},
-      {"row", "row", kUsers, "user", "", 0, 1, 0, "0 admin"},
-      {"2nd row", "row", kUsers, "user", "", 0, 2, 1, "2 0"},
-      {"quoted key", "row", kUsers, "user", "", 0, 1, 2, "3 quoted"},
-      {"no such column", "row", kUsers, "user", "", 0, 1, 3, "-1 "},
-      {"no 5th row", "row", kUsers, "user", "", 0, 1, 4, "-1 "},
-      {"key prefix", "row", kUsers, "use", "", 0, 1, 0, "-1 "},
-      {"key column 1", "row", kUsers, "admin", "", 1, 2, 1, "1 x"},
-      {"row occurrence -1", "row", kUsers, "user", "", 0, 1, -1, "-1 "},
-      {"row column 129", "row", kUsers, "user", "", 0, 129, 0, "-1 " + kLarge},
-      {"key column 129", "row", kUsers, "user", "", 129, 0, 0, "-1 " + kLarge},
-      {"short row skipped", "row", "x k\ny\nk\n", "k", "", 1, 0, 1, "-1 "},
-      {"put",
-          "put",
-          kPasswd,
-          "guest",
-          "secret",
-          0,
-          1,
-          0,
-          "0 root:\"x\":0:0|guest:'secret':1000:100|guest:y:1001:100"},
-      {"put 2nd",
-          "put",
-          kPasswd,
-          "guest",
-          "2000",
-          0,
-          2,
-          1,
-          "0 root:\"x\":0:0|guest:'x':1000:100|guest:y:2000:100"},
-      {"put no row",
-          "put",
-          kPasswd,
-          "nobody",
-          "z",
-          0,
-          1,
-          0,
-          "-1 root:\"x\":0:0|guest:'x':1000:100|guest:y:1001:100"},
-      {"put no column", "put", "root:x", "root", "z", 0, 9, 0, "-1 root:x"},
-      {"put column 200", "put", "root:x", "root", "z", 0, 200, 0, "-1 root:x" + kLarge},
-      {"put over 127", "put", "k:" + v127, "k", "z", 0, 1, 0, "0 k:z"},
-      {"put over 128", "put", "k:" + v128, "k", "z", 0, 1, 0, "-1 k:" + v128 + kShort},
-  };
-  for (const Case& k : cases) EXPECT_EQ(Call(k), k.want) << k.name;
+  for (const cases::Case& k : cases::Read("unit", "tcfg", {{"wide", wide}}))
+    EXPECT_EQ(Call(k), k[8]) << k[1];
 }
 
 // Steps on files and on one object, each after the one before.
