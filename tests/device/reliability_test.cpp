@@ -10,6 +10,7 @@
 #include <chrono>
 #include <thread>
 
+#include "tests/cases.h"
 #include "tests/device/device_root.h"
 
 namespace device_test {
@@ -41,31 +42,28 @@ std::vector<Request> Posts(const std::vector<std::string>& bodies) {
   return requests;
 }
 
-struct Burst {
-  const char* module;
+// The saves of a test (data/saves.cases): module, record size, and each
+// key with the offset of its byte.
+struct Saves {
+  std::string module;
   size_t size;
-  std::vector<std::pair<std::string, size_t>>
-      keys;  // one-byte fields; keys repeat from the 32nd request on
+  std::vector<std::pair<std::string, size_t>> keys;
 };
+std::vector<Saves> SavesOf(const std::string& test) {
+  std::vector<Saves> all;
+  for (const cases::Case& k : cases::Read("device", "saves")) {
+    if (k[0] != test) continue;
+    Saves& s = all.emplace_back(Saves{k[1], std::stoul(k[2]), {}});
+    for (size_t i = 3; i < k.size(); ++i)
+      s.keys.push_back(
+          {k[i].substr(0, k[i].find('@')), std::stoul(k[i].substr(k[i].find('@') + 1))});
+  }
+  return all;
+}
 
 TEST(Reliability, FiftyOverlappingSavesKeepEveryUpdate) {
-  const Burst bursts[] = {
-      {"0y",
-          128,
-          {{"DayNightMode", 24},
-              {"TdnDwellTime", 25},
-              {"VOutSkipCount", 89},
-              {"SensUpLevel", 108}}},
-      {"0J",
-          108,
-          {{"AwbMode", 14},
-              {"WbGainR", 15},
-              {"WbGainB", 16},
-              {"ExposureMode", 17},
-              {"SlowShutter", 18}}},
-  };
   DeviceRoot& root = DeviceRoot::Get();
-  for (const Burst& b : bursts) {
+  for (const Saves& b : SavesOf("fifty")) {
     root.Reset();
     root.SetModule(b.module);
     Bytes record(b.size, 0);
@@ -149,23 +147,7 @@ TEST(Reliability, HeldLockDelaysThenSaves) {
 // saves overlapping behind a slow savecfg, or saves by the web server's
 // user after one by root, all take it in turn and keep every update.
 TEST(Reliability, EverySaveTakesTheLockBriefly) {
-  const std::pair<const char*, size_t> kWords[] = {{"PowerFrequency", 0},
-      {"Hue", 4},
-      {"Saturation", 8},
-      {"Brightness", 12},
-      {"Contrast", 16},
-      {"Sharpness", 20},
-      {"DayNightDetect", 28},
-      {"D2nThreshold", 32},
-      {"N2dThreshold", 36},
-      {"VerticalFlip", 40},
-      {"HorizontalFlip", 44},
-      {"Blc", 48},
-      {"Wdr", 52},
-      {"ManualShutter", 56},
-      {"ShutterSpeed", 60},
-      {"WhiteBalance", 64},
-      {"RGain", 68}};  // module 0y's
+  const Saves words = SavesOf("lock").at(0);  // module 0y's
   struct Case {
     const char* name;
     const char* saveCfg;  // the stand-in's first line
@@ -193,9 +175,9 @@ TEST(Reliability, EverySaveTakesTheLockBriefly) {
     root.WriteFile("/usr/sbin/savecfg", "#!/bin/sh\n" + std::string(c.saveCfg) + "\n");
     std::vector<Request> saves;
     Bytes expected(128, 0);
-    for (size_t i = 0; i < std::size(kWords); ++i) {
-      const auto& [key, offset] = kWords[i];
-      saves.push_back({.body = key + ("=" + std::to_string(i + 1)) + c.also, .uid = c.uid});
+    for (size_t i = 0; i < words.keys.size(); ++i) {
+      const auto& [key, offset] = words.keys[i];
+      saves.push_back({.body = key + "=" + std::to_string(i + 1) + c.also, .uid = c.uid});
       expected[offset] = static_cast<uint8_t>(i + 1);
     }
     for (const Answer& a : root.RunTogether("zrcamctlset.cgi", saves))

@@ -6,8 +6,6 @@
 #include <stdlib.h>
 
 #include <filesystem>
-#include <functional>
-#include <initializer_list>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -80,206 +78,88 @@ class TcfgFiles : public ::testing::Test {
 };
 
 TEST_F(TcfgFiles, Steps) {
-  const std::string k = dir + "/k.conf", none = dir + "/no/such.conf", sub = dir + "/sub",
-                    v300(300, 'v');
-  const std::string tail = "# " + std::string(1000, 'c');
-  std::string p255 = dir + "/", table, full, added = "L = 1";
-  while (p255.size() < 249)
-    p255 += p255.size() == 248 ? "/" : "./";  // the same file by a longer name
+  const std::string k = dir + "/k.conf";
+  std::string p255 = dir + "/", table, full, added;
+  while (p255.size() < 249) p255 += p255.size() == 248 ? "/" : "./";  // the same directory
   for (int i = 0; i < kTcfgMaxLines + 2; ++i)
     table += "L" + std::to_string(i) + "=" + std::to_string(i) + "\n";
   for (int i = 0; i < kTcfgMaxLines; ++i) full += "x\r\n";
-  Cfg cfg, mem = Mem("K=1\n");
-  char out[8] = "x";
-  auto I = [](std::initializer_list<long> results) {  // evaluated in order
-    std::string all;
-    for (const long r : results) all += std::to_string(r);
-    return all;
-  };
-  auto New = [&](const std::string& path, bool create) {
-    cfg.reset(new_cfg(path.c_str(), create));
-    return long{cfg != nullptr};
-  };
-  struct Step {
-    const char* name;
-    std::function<std::string()> run;
-    std::string want;
-  };
-  const Step steps[] = {
-      {"missing",
-          [&] { return I({New(k, false)}); },
-          "0 ! [new_cfg:tcfg_util(129)]\t" + k + " does not exist\n"},
-      {"created empty",
-          [&] {
-            return I({New(k, true), load_cfg(cfg.get())});
-          },
-          "10"},
-      {"saved",
-          [&] {
-            return I({add_cfg_line(cfg.get(), "A=1"),
-                add_cfg_line(cfg.get(), "B=2"),
-                save_cfg(cfg.get())});
-          },
-          "000"},
-      {"existing file kept",
-          [&] { return I({create_cfg_file(k.c_str())}) + ReadFile(k); },
-          "0A=1\nB=2\n"},
-      {"reloaded",
-          [&] {
-            return I({New(k, false), load_cfg(cfg.get()), set_cfg_value(cfg.get(), "A", "7")});
-          },
-          "120"},
-      // A reload with fewer lines: the old second line is gone everywhere.
-      {"fewer lines",
-          [&] {
-            WriteFile(k, "A=1 B=2\n");
-            return I({load_cfg(cfg.get()), get_cfg_value(cfg.get(), "B", out, 8)});
-          },
-          "1-1"},
-      {"rows",
-          [&] {
-            return I({find_cfg_row(cfg.get(), 0, "B=2", 0, " ", out, 8, 0),
-                get_cfg_col(cfg.get(), 1, 0, " ", out, 8)});
-          },
-          "-1-1"},
-      {"dumped, saved",
-          [&] {
-            dump_cfg(cfg.get());
-            return I({save_cfg(cfg.get())}) + ReadFile(k);
-          },
-          "0A=1 B=2\n ! [00] A=1 B=2\n"},
-      {"path of 255",
-          [&] {
-            return I({New(p255 + "k.conf", false), load_cfg(cfg.get())});
-          },
-          "11"},
-      {"path of 256",
-          [&] { return I({New(p255 + "/k.conf", false)}); },
-          "0 ! [new_cfg:tcfg_util(157)]\tso long file path\n"},
-      {"not created",
-          [&] {
-            return I({New(none, true), create_cfg_file(none.c_str())});
-          },
-          "0-1 ! [create_cfg_file:tcfg_util(54)]\tfail to open " + none +
-              ". errno: 2\n[new_cfg:tcfg_util(135)]\tfail to create " + none +
-              "\n[create_cfg_file:tcfg_util(54)]\tfail to open " + none + ". errno: 2\n"},
-      {"nulls",
-          [&] {
-            free_cfg(nullptr);
-            return I({create_cfg_file(nullptr), !new_cfg(nullptr, true), load_cfg(nullptr)});
-          },
-          "-11-1 ! [load_cfg:tcfg_util(224)]\targument is NULL\n"},
-      {"save null",
-          [&] { return I({save_cfg(nullptr)}); },
-          "-1 ! [save_cfg:tcfg_util(262)]\targument is NULL\n"},
-      {"gone",
-          [&] {
-            New(k, false);
-            remove(k.c_str());
-            return I({load_cfg(cfg.get())});
-          },
-          "-1 ! [load_cfg:tcfg_util(231)]\tfail to open " + k + ". errno: 2\n"},
-      {"shorter",
-          [&] {
-            WriteFile(k, "A=");
-            return I({load_cfg(cfg.get()), cfg->lineCount});
-          },
-          "-10 ! [load_cfg:tcfg_util(239)]\tfail to read " + k + ". errno: 0\n"},
-      {"memory load",
-          [&] { return I({load_cfg(mem.get())}); },
-          "-1 ! [load_cfg:tcfg_util(231)]\tfail to open . errno: 2\n"},
-      {"memory save",
-          [&] { return I({save_cfg(mem.get())}); },
-          "-1 ! open error: No such file or directory\n"},
-      {"directory gone",
-          [&] {
-            std::filesystem::create_directory(sub);
-            WriteFile(sub + "/k", "K=1\n");
-            New(sub + "/k", false);
-            load_cfg(cfg.get());
-            std::filesystem::remove_all(sub);
-            return I({save_cfg(cfg.get()), std::filesystem::exists(sub)});
-          },
-          "-10 ! open error: No such file or directory\n"},
-      {"added lines",
-          [&] {
-            cfg = Mem("K = 1 " + tail + "\n");
-            return I({add_cfg_line(cfg.get(), added.c_str()), add_cfg_line(cfg.get(), "")});
-          },
-          "00"},
-      // A replacement of a replacement and of an added line (a copy); a value is written as given.
-      {"replaced",
-          [&] {
-            added[4] = '9';
-            return I(
-                {set_cfg_value(cfg.get(), "K", ""), set_cfg_value(cfg.get(), "K", v300.c_str())});
-          },
-          "00"},
-      {"replaced added",
-          [&] {
-            return I({set_cfg_value(cfg.get(), "L", "2"),
-                set_cfg_col(cfg.get(), 0, "L", 2, " ", "3", 0)});
-          },
-          "00"},
-      {"dump",
-          [&] {
-            dump_cfg(cfg.get());
-            dump_cfg(nullptr);
-            return "";
-          },
-          " ! [00] K =  " + v300 + tail + "\n[01] L = 3\n[02] \n"},
-      {"null arguments",
-          [&] {
-            return I({get_cfg_value(nullptr, "K", out, 8),
-                       get_cfg_value(cfg.get(), nullptr, out, 8),
-                       get_cfg_value(cfg.get(), "K", nullptr, 8),
-                       set_cfg_value(nullptr, "K", "1"),
-                       set_cfg_value(cfg.get(), "K", nullptr),
-                       get_cfg_col(nullptr, 0, 0, ",", out, 8),
-                       get_cfg_col(cfg.get(), 0, 0, nullptr, out, 8),
-                       get_cfg_col(cfg.get(), 0, 0, ",", nullptr, 8),
-                       find_cfg_row(nullptr, 0, "L", 0, " ", out, 8, 0),
-                       find_cfg_row(cfg.get(), 0, "L", 0, " ", nullptr, 8, 0),
-                       set_cfg_col(nullptr, 0, "L", 0, " ", "1", 0),
-                       set_cfg_col(cfg.get(), 0, "L", 0, " ", nullptr, 0),
-                       add_cfg_line(nullptr, "x"),
-                       add_cfg_line(cfg.get(), nullptr),
-                       find_cfg_row(cfg.get(), 0, "L", 0, " ", out, 0, 0)}) +
-                   out;
-          },
-          "-1-1-1-1-1-1-1-1-1-1-1-1-1-1-1"},
-      {"no data",
-          [&] {
-            cfg.reset(create_mem_cfg(nullptr, 0));
-            return I({cfg->lineCount}) + cfg->path + I({!create_mem_cfg(nullptr, 3)});
-          },
-          "01"},
-      {"4 GiB text",
-          [&] { return I({create_mem_cfg("x", UINT32_MAX) == nullptr}); },
-          "1"},  // the size field has 32 bits
-      {"32768 lines",
-          [&] {
-            cfg = Mem(table);
-            return I({get_cfg_value(cfg.get(), "L32767", out, 8),
-                get_cfg_value(cfg.get(), "L32768", out, 8)});
-          },
-          "32767-1"},
-      {"table full", [&] { return I({add_cfg_line(cfg.get(), "X=1")}); }, "-1 ! too many lines\n"},
-      {"exactly full",
-          [&] {
-            cfg = Mem(full + "\n");
-            return I({cfg->lineCount}) + cfg->lines[kTcfgMaxLines - 1];
-          },
-          "32768x"},
-  };
-  for (const Step& step : steps) {
-    std::string got;
-    const std::string err = StderrOf([&] { got = step.run(); });
-    EXPECT_EQ(got + (err.empty() ? "" : " ! " + err), step.want) << step.name;
+  Cfg cfg;
+  for (const cases::Case& step : cases::Read("unit",
+           "tcfg_files",
+           {{"dir", dir}, {"k", k}, {"p255", p255}, {"table", table}, {"full", full}})) {
+    const std::string& op = step[1];
+    const char* a = step.size() > 3 ? step[2].c_str() : "";
+    const char* b = step.size() > 4 ? step[3].c_str() : "";
+    char out[8] = "x";
+    std::string r;
+    auto n = [&](long v) { r = std::to_string(v); };
+    const std::string err = StderrOf([&] {
+      if (op == "new") cfg.reset(new_cfg(a, *b == '1')), n(cfg != nullptr);
+      if (op == "mem") cfg = Mem(a);
+      if (op == "load") n(load_cfg(cfg.get()));
+      if (op == "save") n(save_cfg(cfg.get()));
+      if (op == "add") {  // the library keeps a copy: the caller's line is overwritten after
+        added = a;
+        n(add_cfg_line(cfg.get(), added.c_str()));
+        added.assign(added.size(), '#');
+      }
+      if (op == "set") n(set_cfg_value(cfg.get(), a, b));
+      if (op == "put") n(set_cfg_col(cfg.get(), 0, a, 2, " ", b, 0));
+      if (op == "get") n(get_cfg_value(cfg.get(), a, out, 8));
+      if (op == "row") n(find_cfg_row(cfg.get(), 0, a, 0, " ", out, 8, 0));
+      if (op == "col") n(get_cfg_col(cfg.get(), 1, 0, " ", out, 8));
+      if (op == "dump") dump_cfg(cfg.get());
+      if (op == "lines") n(cfg->lineCount);
+      if (op == "last") r = cfg->lines[cfg->lineCount - 1];
+      if (op == "create") n(create_cfg_file(a));
+      if (op == "read") r = ReadFile(a);
+      if (op == "write") WriteFile(a, b);
+      if (op == "remove") n(remove(a));
+      if (op == "mkdir") std::filesystem::create_directory(a);
+      if (op == "rmtree") std::filesystem::remove_all(a), n(std::filesystem::exists(a));
+    });
+    EXPECT_EQ(r + (err.empty() ? "" : " ! " + err), step.back()) << step[0] << ": " << op;
   }
   std::error_code e;  // 2^32 - 1 bytes do not fit the 32-bit size (a sparse file takes no room)
   std::filesystem::resize_file(k, UINT32_MAX, e);
-  if (!e) StderrOf([&] { EXPECT_EQ(New(k, false), 0); });
+  if (!e) StderrOf([&] { EXPECT_EQ(new_cfg(k.c_str(), false), nullptr); });
+}
+
+// Null arguments, and texts the object cannot hold.
+TEST(Tcfg, NullArguments) {
+  Cfg cfg = Mem("L = 1\n");
+  char out[8] = "x";
+  const std::string err = StderrOf([&] {
+    free_cfg(nullptr);
+    dump_cfg(nullptr);
+    for (const int r : {create_cfg_file(nullptr),
+             load_cfg(nullptr),
+             save_cfg(nullptr),
+             get_cfg_value(nullptr, "K", out, 8),
+             get_cfg_value(cfg.get(), nullptr, out, 8),
+             get_cfg_value(cfg.get(), "K", nullptr, 8),
+             set_cfg_value(nullptr, "K", "1"),
+             set_cfg_value(cfg.get(), "K", nullptr),
+             get_cfg_col(nullptr, 0, 0, ",", out, 8),
+             get_cfg_col(cfg.get(), 0, 0, nullptr, out, 8),
+             get_cfg_col(cfg.get(), 0, 0, ",", nullptr, 8),
+             find_cfg_row(nullptr, 0, "L", 0, " ", out, 8, 0),
+             find_cfg_row(cfg.get(), 0, "L", 0, " ", nullptr, 8, 0),
+             set_cfg_col(nullptr, 0, "L", 0, " ", "1", 0),
+             set_cfg_col(cfg.get(), 0, "L", 0, " ", nullptr, 0),
+             add_cfg_line(nullptr, "x"),
+             add_cfg_line(cfg.get(), nullptr),
+             find_cfg_row(cfg.get(), 0, "L", 0, " ", out, 0, 0)})
+      EXPECT_EQ(r, -1);
+  });
+  EXPECT_EQ(err,
+      "[load_cfg:tcfg_util(224)]\targument is NULL\n[save_cfg:tcfg_util(262)]\targument is NULL\n");
+  EXPECT_EQ(new_cfg(nullptr, true), nullptr);
+  cfg.reset(create_mem_cfg(nullptr, 0));
+  EXPECT_EQ(std::to_string(cfg->lineCount) + cfg->path, "0");
+  EXPECT_EQ(create_mem_cfg(nullptr, 3), nullptr);
+  EXPECT_EQ(create_mem_cfg("x", UINT32_MAX), nullptr);  // the size field has 32 bits
 }
 
 }  // namespace
