@@ -3,11 +3,8 @@
 #include "cgi/cgi_request.h"
 
 int main(int argc, char** argv) {
-  if (ReadCgiRequest() != 0) {
-    FreeForm();
-    return -1;
-  }
-  const int result = DispatchCgiProgram(argc, argv);
-  FreeForm();
+  Request request = {};
+  const int result = ReadCgiRequest(request) != 0 ? -1 : DispatchCgiProgram(request, argc, argv);
+  FreeForm(request.form);
   return result;
 }

@@ -11,10 +11,8 @@
 #include "device/device_paths.h"
 #include "fisheye/fisheye_settings.h"
 
-char gErrorBuffer[kErrorBufferSize];
-
-int ZrCamCtlApply(char*) { return 1; }
-int ZrCamCtlDefault(char*) { return 1; }
+int ZrCamCtlApply(Request&) { return 1; }
+int ZrCamCtlDefault(Request&) { return 1; }
 
 namespace {
 
@@ -49,16 +47,6 @@ const char* BaseName(const char* path) {
   return slash ? slash + 1 : path;
 }
 
-void WriteErrorPage(const char* programName) {
-  WriteContentType("text/html");
-  FILE* out = gCgi.out;
-  fputs("<html>\n<head>\n<script language=javascript>\n", out);
-  fprintf(out, "alert(\"%s Cgi Func:[", programName);
-  WriteJavaScriptEscaped(gErrorBuffer);
-  fputs("] return ERROR!!!\");\n", out);
-  fputs("history.go(-1);\n</script>\n</head>\n</html>\n", out);
-}
-
 }  // namespace
 
 int SignalDaemon(const Daemon& daemon, int sig) {
@@ -91,28 +79,27 @@ const CgiProgram CgiProgramTable[] = {
     {nullptr, nullptr, nullptr, 0},
 };
 
-int DispatchCgiProgram(int argc, char** argv) {
+int DispatchCgiProgram(Request& request, int argc, char** argv) {
   if (argc < 1 || !argv[0]) return 0;
   const char* name = BaseName(argv[0]);
 
   const CgiProgram* program = CgiProgramTable;
   while (program->name && strcmp(program->name, name) != 0) ++program;
   if (!program->name || !program->function) {
-    fprintf(gCgi.out, "NOT Found Cgi Func: %s<br>\n", name);
+    WriteUnknownProgram(request, name);
     return 0;
   }
 
-  memset(gErrorBuffer, 0, sizeof gErrorBuffer);
-  const int result = program->function(gErrorBuffer);
+  memset(request.errorBuffer, 0, sizeof request.errorBuffer);
+  const int result = program->function(request);
   if (result < 0) {
-    WriteErrorPage(name);
+    WriteErrorPage(request, name);
     return 0;
   }
   SignalDaemon(*program->daemon, program->signal);
   if (result == 0) {
-    fputs("HTTP/1.1 204 OK", gCgi.out);  // no line end here: the settled answer
-    WriteContentType("text/html");
+    WriteBareAnswer(request);
     return 0;
   }
-  return WriteReturnPage();
+  return WriteReturnPage(request);
 }

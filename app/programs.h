@@ -1,11 +1,12 @@
 // The program table and the dispatch on the name the program was started as.
 #pragma once
 
-inline constexpr int kErrorBufferSize = 256;
+struct Request;
 
-// A program function fills the error buffer only when it returns a negative
-// result. Positive: return page; 0: bare 204 answer; negative: error page.
-using CgiProgramFunction = int (*)(char* errorBuffer);
+// A program function fills the request's error buffer only when it returns
+// a negative result. Positive: return page; 0: bare 204 answer; negative:
+// error page.
+using CgiProgramFunction = int (*)(Request& request);
 
 // A daemon woken by a signal once its program has stored the request.
 struct Daemon {
@@ -26,13 +27,10 @@ struct CgiProgram {
 // Ordered, ended by a row whose name is null.
 extern const CgiProgram CgiProgramTable[];
 
-// The process-wide error buffer shown by the error page.
-extern char gErrorBuffer[kErrorBufferSize];
-
-int DispatchCgiProgram(int argc, char** argv);
+int DispatchCgiProgram(Request& request, int argc, char** argv);
 
 // Signals a daemon by its pid file. 0 sent, -1 no pid file, -2 not sent.
 int SignalDaemon(const Daemon& daemon, int sig);
 
-int ZrCamCtlApply(char* errorBuffer);
-int ZrCamCtlDefault(char* errorBuffer);
+int ZrCamCtlApply(Request& request);
+int ZrCamCtlDefault(Request& request);

@@ -4,7 +4,10 @@
 
 #include <stdio.h>
 
-#include "frame/record_store.h"
+#include "cgi/cgi_request.h"
+#include "device/device_paths.h"
+#include "filesys/settings_lock.h"
+#include "frame/settings_frame.h"
 #include "modules/module_table.h"
 #include "modules/product_code.h"
 
@@ -16,35 +19,30 @@ constexpr unsigned kNoHandlerMarker = 0x00020001;
 
 }  // namespace
 
-int ZrCamCtlSet(char* errorBuffer) {
+int ZrCamCtlSet(Request& request) {
   char path[kRecordPathBufferSize] = {};
 
   int32_t id = -1;
   for (int attempt = 0; attempt < kGetExtCamIdAttempts; ++attempt) {
-    id = GetExtCamId();
+    id = GetExtCamId(request.productCode);
     if (id >= 0) break;
   }
 
   const ModuleRow* row = FindModuleRow(static_cast<uint32_t>(id));
-  if (!row) {
+  if (!row || !row->family) {
     fprintf(stderr,
         "[zrcamctlset.cgi] not exist function for control zrcamctld[ExtCamId:0x%08x,Index=%d "
         "pFunc=0x%08x]\n",
         static_cast<unsigned>(id),
-        -1,
-        kNoHandlerMarker);
+        row ? static_cast<int>(row - ModuleTable) : -1,
+        row ? 0u : kNoHandlerMarker);
     return 0;
   }
-  if (!row->family) {
-    fprintf(stderr,
-        "[zrcamctlset.cgi] not exist function for control zrcamctld[ExtCamId:0x%08x,Index=%d "
-        "pFunc=0x%08x]\n",
-        static_cast<unsigned>(id),
-        static_cast<int>(row - ModuleTable),
-        0u);
-    return 0;
-  }
-  MakeCamCtlConfPath(path, kRecordPathBufferSize, gPnCode);
-  TakeSettingsLock();
-  return RunSettingsFrame(*row->family, row->option, errorBuffer, path);
+  // The code was long enough for its module code, so the path is made; a
+  // failure would be reported by it and answered as a module without one.
+  if (MakeCamCtlConfPath(path, kRecordPathBufferSize, request.productCode) != 0) return 0;
+  const int lock = TakeSettingsLock(device::kSettingsLockFile);
+  const int result = RunSettingsFrame(request, *row->family, path);
+  ReleaseSettingsLock(lock);
+  return result;
 }

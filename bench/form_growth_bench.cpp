@@ -22,7 +22,7 @@ double Now() {
 
 // About `bytes` of form with at most maxEntries entries; the handler's
 // keys are not among them, so every lookup misses: the worst case.
-std::string Form(size_t bytes, size_t maxEntries) {
+std::string FormText(size_t bytes, size_t maxEntries) {
   std::string form;
   for (size_t i = 0; form.size() < bytes && i < maxEntries; ++i) {
     if (i) form += '&';
@@ -45,18 +45,20 @@ int main(int argc, char** argv) {
   fclose(f);
   printf("# handler: %s\n", name);
   for (size_t bytes : {size_t(1024), size_t(65536), size_t(1048576)}) {
-    const std::string form = Form(bytes, 50000);
+    const std::string form = FormText(bytes, 50000);
     size_t entries = 0;
     std::vector<double> times;
     for (int run = 0; run < 15; ++run) {
-      char errorBuffer[256] = {};
+      Request request = {};
       const double start = Now();
-      ParseUrlEncodedForm(form.data(), form.size());
-      RunSettingsFrame(family, kNoOption, errorBuffer, recordPath);
+      ParseUrlEncodedForm(request.form, form.data(), form.size());
+      RunSettingsFrame(request, family, recordPath);
       times.push_back(Now() - start);
       entries = 0;
-      for (const char* e = NextFormEntry(nullptr); e; e = NextFormEntry(e)) ++entries;
-      FreeForm();
+      for (const char* e = NextFormEntry(request.form, nullptr); e;
+           e = NextFormEntry(request.form, e))
+        ++entries;
+      FreeForm(request.form);
     }
     std::sort(times.begin(), times.end());
     printf("%zu %zu %.0f\n", form.size(), entries, times[times.size() / 2]);

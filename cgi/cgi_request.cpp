@@ -5,8 +5,6 @@
 #include <sys/auxv.h>
 #include <unistd.h>
 
-CgiEnvironment gCgi;
-
 namespace {
 
 // Hex-digit values by byte; every byte that is not a hex digit is 0.
@@ -19,23 +17,6 @@ struct HexDigitTable {
   }
 };
 constexpr HexDigitTable kHexDigits;
-
-// The form, parsed in place: the decoded entries lie one after the other
-// in one buffer as "name\0value\0", in request order with duplicates kept.
-// A hostile form may carry half a million entries in its 1 MiB, so nothing
-// is allocated per entry: an open-addressing index holds, for each distinct
-// name, the offset of its first occurrence (plus one; 0 is a free slot).
-// Lookups cost a short probe instead of a walk of the whole form.
-struct FormStore {
-  char* text;
-  uint32_t used;
-  uint32_t capacity;
-  uint32_t* index;
-  uint32_t slots;   // a power of two, or 0 before the first entry
-  uint32_t names;   // distinct names in the index
-  uint32_t key[2];  // of the hash, set with the first index
-};
-FormStore gForm;
 
 // The index slot of a name must not be predictable from outside, or a
 // form of names that share a slot turns every insert into a walk of the
@@ -68,9 +49,10 @@ struct SipState {
   }
 };
 
-uint32_t HashName(const char* name) {
+uint32_t HashName(const Form& form, const char* name) {
   const unsigned char* p = reinterpret_cast<const unsigned char*>(name);
-  SipState s = {gForm.key[0], gForm.key[1], 0x6c796765u ^ gForm.key[0], 0x74656462u ^ gForm.key[1]};
+  const uint32_t* k = form.key;
+  SipState s = {k[0], k[1], 0x6c796765u ^ k[0], 0x74656462u ^ k[1]};
   uint32_t length = 0;
   for (; p[0] && p[1] && p[2] && p[3]; p += 4, length += 4)
     s.Absorb(p[0] | p[1] << 8 | p[2] << 16 | static_cast<uint32_t>(p[3]) << 24);
@@ -85,25 +67,26 @@ uint32_t HashName(const char* name) {
 }
 
 // The slot that holds name, or the free slot where it would go.
-uint32_t* Slot(const char* name, uint32_t hash) {
-  for (uint32_t i = hash & (gForm.slots - 1);; i = (i + 1) & (gForm.slots - 1)) {
-    uint32_t* slot = &gForm.index[i];
-    if (*slot == 0 || strcmp(gForm.text + *slot - 1, name) == 0) return slot;
+uint32_t* Slot(const Form& form, const char* name, uint32_t hash) {
+  for (uint32_t i = hash & (form.slots - 1);; i = (i + 1) & (form.slots - 1)) {
+    uint32_t* slot = &form.index[i];
+    if (*slot == 0 || strcmp(form.text + *slot - 1, name) == 0) return slot;
   }
 }
 
 // Makes the index at least `slots` large (a power of two), rehashing.
-bool GrowIndex(uint32_t slots) {
-  if (slots <= gForm.slots) return true;
-  if (gForm.slots == 0) LoadHashKey(gForm.key);
+bool GrowIndex(Form& form, uint32_t slots) {
+  if (slots <= form.slots) return true;
+  if (form.slots == 0) LoadHashKey(form.key);
   uint32_t* index = static_cast<uint32_t*>(calloc(slots, sizeof *index));
   if (!index) return false;
-  uint32_t* old = gForm.index;
-  const uint32_t oldSlots = gForm.slots;
-  gForm.index = index;
-  gForm.slots = slots;
+  uint32_t* old = form.index;
+  const uint32_t oldSlots = form.slots;
+  form.index = index;
+  form.slots = slots;
   for (uint32_t i = 0; i < oldSlots; ++i) {
-    if (old[i]) *Slot(gForm.text + old[i] - 1, HashName(gForm.text + old[i] - 1)) = old[i];
+    if (old[i])
+      *Slot(form, form.text + old[i] - 1, HashName(form, form.text + old[i] - 1)) = old[i];
   }
   free(old);
   return true;
@@ -115,24 +98,24 @@ bool GrowIndex(uint32_t slots) {
 // one byte, 65,536 of two, the rest longer), which 262,144 slots (1 MiB)
 // hold. A form can have more entries than that only by repeating names.
 constexpr uint32_t kIndexSlotsForLargestForm = 262144;
-bool IndexRoomFor(uint32_t names) {
-  uint32_t slots = gForm.slots ? gForm.slots : 1024;
+bool IndexRoomFor(Form& form, uint32_t names) {
+  uint32_t slots = form.slots ? form.slots : 1024;
   while (slots < kIndexSlotsForLargestForm && names * 8ull > slots * 7ull) slots *= 2;
   while (names * 8ull > slots * 7ull) slots *= 2;  // only forms larger than the body limit
-  return GrowIndex(slots);
+  return GrowIndex(form, slots);
 }
 
 // Room for length more raw bytes and the terminator the last value needs.
-char* Reserve(size_t length) {
-  if (length > UINT32_MAX - 2 - gForm.used) return nullptr;
-  const uint32_t need = gForm.used + static_cast<uint32_t>(length) + 2;
-  if (need > gForm.capacity) {
-    char* text = static_cast<char*>(realloc(gForm.text, need));
+char* Reserve(Form& form, size_t length) {
+  if (length > UINT32_MAX - 2 - form.used) return nullptr;
+  const uint32_t need = form.used + static_cast<uint32_t>(length) + 2;
+  if (need > form.capacity) {
+    char* text = static_cast<char*>(realloc(form.text, need));
     if (!text) return nullptr;
-    gForm.text = text;
-    gForm.capacity = need;
+    form.text = text;
+    form.capacity = need;
   }
-  return gForm.text + gForm.used;
+  return form.text + form.used;
 }
 
 // Decodes in[0..length) to out, which may be in itself (the text never
@@ -158,8 +141,8 @@ char* Decode(const char* in, size_t length, char* out) {
 }
 
 // Parses the raw bytes just reserved at the end of the text, in place.
-int ParseReserved(size_t length) {
-  char* const data = gForm.text + gForm.used;
+int ParseReserved(Form& form, size_t length) {
+  char* const data = form.text + form.used;
   char* out = data;
   size_t pos = 0;
   // Every entry has its "=": their count bounds the names to come.
@@ -170,7 +153,7 @@ int ParseReserved(size_t length) {
     ++entries;
   const uint32_t capped =
       entries < kIndexSlotsForLargestForm / 8 * 7 ? entries : kIndexSlotsForLargestForm / 8 * 7;
-  if (!IndexRoomFor(gForm.names + capped)) return -1;
+  if (!IndexRoomFor(form, form.names + capped)) return -1;
   while (pos < length) {
     const char* eq = static_cast<const char*>(memchr(data + pos, '=', length - pos));
     if (!eq) break;
@@ -183,17 +166,17 @@ int ParseReserved(size_t length) {
     char* name = out;
     out = Decode(data + pos, nameEnd - pos, out) + 1;
     out = Decode(data + valueStart, valueEnd - valueStart, out) + 1;
-    if (!IndexRoomFor(gForm.names + 1)) return -1;
-    const uint32_t offset = static_cast<uint32_t>(name - gForm.text) + 1;
-    uint32_t* slot = Slot(name, HashName(name));
+    if (!IndexRoomFor(form, form.names + 1)) return -1;
+    const uint32_t offset = static_cast<uint32_t>(name - form.text) + 1;
+    uint32_t* slot = Slot(form, name, HashName(form, name));
     if (*slot == 0) {
       *slot = offset;
-      ++gForm.names;
+      ++form.names;
     }
     if (!amp) break;
     pos = valueEnd + 1;
   }
-  gForm.used = static_cast<uint32_t>(out - gForm.text);
+  form.used = static_cast<uint32_t>(out - form.text);
   return 0;
 }
 
@@ -230,68 +213,53 @@ bool IsFormContentType(const char* type) {
   return type[n] == '\0' || *rest == ';';
 }
 
-int ReadPostBody() {
-  if (!IsFormContentType(gCgi.contentType)) return 0;
-  if (gCgi.contentLength == 0) return 0;
-  if (gCgi.contentLength < 0 || gCgi.contentLength > kMaxContentLength) return -1;
-  const size_t length = static_cast<size_t>(gCgi.contentLength);
+int ReadPostBody(const CgiEnvironment& env, Form& form) {
+  if (!IsFormContentType(env.contentType)) return 0;
+  if (env.contentLength == 0) return 0;
+  if (env.contentLength < 0 || env.contentLength > kMaxContentLength) return -1;
+  const size_t length = static_cast<size_t>(env.contentLength);
   // The body is read straight into the form's text and parsed there.
-  char* body = Reserve(length);
-  if (!body || fread(body, 1, length, gCgi.in) != length) return -1;
-  return ParseReserved(length);
+  char* body = Reserve(form, length);
+  if (!body || fread(body, 1, length, env.in) != length) return -1;
+  return ParseReserved(form, length);
 }
 
 }  // namespace
 
-int ParseUrlEncodedForm(const char* data, size_t length) {
-  char* raw = Reserve(length);
+int ParseUrlEncodedForm(Form& form, const char* data, size_t length) {
+  char* raw = Reserve(form, length);
   if (!raw) return -1;
   if (length > 0) memcpy(raw, data, length);
-  return ParseReserved(length);
+  return ParseReserved(form, length);
 }
 
-int ReadCgiRequest() {
-  gCgi.serverSoftware = EnvOrEmpty("SERVER_SOFTWARE");
-  gCgi.serverName = EnvOrEmpty("SERVER_NAME");
-  gCgi.gatewayInterface = EnvOrEmpty("GATEWAY_INTERFACE");
-  gCgi.serverProtocol = EnvOrEmpty("SERVER_PROTOCOL");
-  gCgi.serverPort = EnvOrEmpty("SERVER_PORT");
-  gCgi.requestMethod = EnvOrEmpty("REQUEST_METHOD");
-  gCgi.pathInfo = EnvOrEmpty("PATH_INFO");
-  gCgi.pathTranslated = EnvOrEmpty("PATH_TRANSLATED");
-  gCgi.scriptName = EnvOrEmpty("SCRIPT_NAME");
-  gCgi.queryString = EnvOrEmpty("QUERY_STRING");
-  gCgi.remoteHost = EnvOrEmpty("REMOTE_HOST");
-  gCgi.remoteAddr = EnvOrEmpty("REMOTE_ADDR");
-  gCgi.authType = EnvOrEmpty("AUTH_TYPE");
-  gCgi.remoteUser = EnvOrEmpty("REMOTE_USER");
-  gCgi.remoteIdent = EnvOrEmpty("REMOTE_IDENT");
-  gCgi.contentType = EnvOrEmpty("CONTENT_TYPE");
-  gCgi.contentLength = DecimalToInt32(EnvOrEmpty("CONTENT_LENGTH"), nullptr);
-  gCgi.httpAccept = EnvOrEmpty("HTTP_ACCEPT");
-  gCgi.httpUserAgent = EnvOrEmpty("HTTP_USER_AGENT");
-  gCgi.httpReferer = EnvOrEmpty("HTTP_REFERER");
-  gCgi.out = stdout;
-  gCgi.in = stdin;
+int ReadCgiRequest(Request& request) {
+  CgiEnvironment& env = request.cgi;
+  env.requestMethod = EnvOrEmpty("REQUEST_METHOD");
+  env.queryString = EnvOrEmpty("QUERY_STRING");
+  env.contentType = EnvOrEmpty("CONTENT_TYPE");
+  env.contentLength = DecimalToInt32(EnvOrEmpty("CONTENT_LENGTH"), nullptr);
+  env.out = stdout;
+  env.in = stdin;
 
-  if (EqualsIgnoringCase(gCgi.requestMethod, "post")) return ReadPostBody();
-  if (EqualsIgnoringCase(gCgi.requestMethod, "get")) {
-    const size_t length = strlen(gCgi.queryString);
-    gCgi.contentLength = length > INT32_MAX ? INT32_MAX : static_cast<int32_t>(length);
-    return ParseUrlEncodedForm(gCgi.queryString, length);
+  if (EqualsIgnoringCase(env.requestMethod, "post")) return ReadPostBody(env, request.form);
+  if (EqualsIgnoringCase(env.requestMethod, "get")) {
+    const size_t length = strlen(env.queryString);
+    env.contentLength = length > INT32_MAX ? INT32_MAX : static_cast<int32_t>(length);
+    return ParseUrlEncodedForm(request.form, env.queryString, length);
   }
   return 0;
 }
 
-int FormLookup(const char* key, char* buffer, int max) {
-  const uint32_t offset = gForm.slots ? *Slot(key, HashName(key)) : 0;
+int FormLookup(const Form& form, const char* key, char* buffer, int max) {
+  const uint32_t offset = form.slots ? *Slot(form, key, HashName(form, key)) : 0;
   if (offset == 0) {
     if (max > 0) buffer[0] = '\0';
     return LookupNotFound;
   }
   if (max <= 0) return LookupTruncated;
   int copied = 0;
-  for (const char* p = FormEntryValue(gForm.text + offset - 1); *p; ++p) {
+  for (const char* p = FormEntryValue(form.text + offset - 1); *p; ++p) {
     if (*p == '\r' || *p == '\n') continue;
     if (copied == max - 1) {
       buffer[copied] = '\0';
@@ -350,13 +318,13 @@ int32_t FormValueToInt(const char* text) {
   return DecimalToInt32(text, nullptr);
 }
 
-void FreeForm() {
-  free(gForm.text);
-  free(gForm.index);
-  gForm = {};
+void FreeForm(Form& form) {
+  free(form.text);
+  free(form.index);
+  form = {};
 }
 
-const char* NextFormEntry(const char* name) {
-  const char* next = name ? FormEntryValue(name) + strlen(FormEntryValue(name)) + 1 : gForm.text;
-  return next && next < gForm.text + gForm.used ? next : nullptr;
+const char* NextFormEntry(const Form& form, const char* name) {
+  const char* next = name ? FormEntryValue(name) + strlen(FormEntryValue(name)) + 1 : form.text;
+  return next && next < form.text + form.used ? next : nullptr;
 }

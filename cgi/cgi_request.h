@@ -5,33 +5,47 @@
 #include <stdint.h>
 #include <stdio.h>
 
+// The variables the request is read by ("" when unset), and its streams.
 struct CgiEnvironment {
-  const char* serverSoftware;
-  const char* serverName;
-  const char* gatewayInterface;
-  const char* serverProtocol;
-  const char* serverPort;
   const char* requestMethod;
-  const char* pathInfo;
-  const char* pathTranslated;
-  const char* scriptName;
   const char* queryString;
-  const char* remoteHost;
-  const char* remoteAddr;
-  const char* authType;
-  const char* remoteUser;
-  const char* remoteIdent;
   const char* contentType;
-  int32_t contentLength;
-  const char* httpAccept;
-  const char* httpUserAgent;
-  const char* httpReferer;
+  int32_t contentLength;  // for a GET, the query's length
   FILE* out;
   FILE* in;
 };
 
-// The process-wide request state, filled by ReadCgiRequest.
-extern CgiEnvironment gCgi;
+inline constexpr int kErrorBufferSize = 256;
+inline constexpr int kProductCodeSize = 64;
+
+// The form, parsed in place: the decoded entries lie one after the other
+// in one buffer as "name\0value\0", in request order with duplicates kept.
+// A hostile form may carry half a million entries in its 1 MiB, so nothing
+// is allocated per entry: an open-addressing index holds, for each distinct
+// name, the offset of its first occurrence (plus one; 0 is a free slot).
+// Lookups cost a short probe instead of a walk of the whole form.
+struct Form {
+  char* text;
+  uint32_t used;
+  uint32_t capacity;
+  uint32_t* index;
+  uint32_t slots;   // a power of two, or 0 before the first entry
+  uint32_t names;   // distinct names in the index
+  uint32_t key[2];  // of the index's hash, set with the first index
+};
+
+// One request: made once by main from the environment and the body, and
+// passed down by reference to the program, the frame and the families'
+// own rules. It lives on main's stack. The product's one mutable static is
+// a buffer, the image of a file a family edits beside its record
+// (frame/settings_frame.cpp; the preset file): at up to 262,760 bytes it is
+// too large for a CGI process's stack.
+struct Request {
+  CgiEnvironment cgi;
+  Form form;
+  char productCode[kProductCodeSize];  // as the set program read it
+  char errorBuffer[kErrorBufferSize];  // filled only for the error page
+};
 
 enum FormLookupResult : int {
   LookupOk = 0,
@@ -43,15 +57,16 @@ enum FormLookupResult : int {
 // A POST body larger than this is refused as a read failure.
 inline constexpr int32_t kMaxContentLength = 1048576;
 
-// Captures the environment and reads the form (POST body or GET query).
-// 0 on success, -1 when the form could not be read.
-int ReadCgiRequest();
+// Captures the environment and reads the form (POST body or GET query)
+// into request, which starts zeroed. 0 on success, -1 when the form could
+// not be read.
+int ReadCgiRequest(Request& request);
 
 // Parses urlencoded bytes and appends their pairs to the form. 0 or -1.
-int ParseUrlEncodedForm(const char* data, size_t length);
+int ParseUrlEncodedForm(Form& form, const char* data, size_t length);
 
 // Copies the first value posted under `key` into `buffer` (`max` bytes).
-int FormLookup(const char* key, char* buffer, int max);
+int FormLookup(const Form& form, const char* key, char* buffer, int max);
 
 // "0x"/"0X": unsigned hexadecimal, wrapping at 32 bits; otherwise decimal,
 // saturating at the signed 32-bit limits.
@@ -64,11 +79,11 @@ int32_t DecimalToInt32(const char* text, const char** end);
 // modulo 2^32, overflow saturates at 4294967295.
 uint32_t DecimalToUInt32(const char* text);
 
-void FreeForm();
+void FreeForm(Form& form);
 
 // Walks the form in request order, duplicates included: nullptr gives the
 // first entry's name, a name the next one's; nullptr after the last.
-const char* NextFormEntry(const char* name);
+const char* NextFormEntry(const Form& form, const char* name);
 // An entry's value is stored right after its name.
 inline const char* FormEntryValue(const char* name) {
   while (*name) ++name;

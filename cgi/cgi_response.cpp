@@ -12,14 +12,16 @@ namespace {
 constexpr int kValueSize = 128;
 constexpr int kPathSize = 128;
 
-bool Given(const char* key, char* value) { return FormLookup(key, value, kValueSize) == LookupOk; }
-
-bool GivenAsYes(const char* key, char* value) {
-  return Given(key, value) && strcmp(value, "YES") == 0;
+bool Given(const Form& form, const char* key, char* value) {
+  return FormLookup(form, key, value, kValueSize) == LookupOk;
 }
 
-void RunCommand(const char* command) {
-  fflush(gCgi.out);  // keep what is written so far ahead of the child's output
+bool GivenAsYes(const Form& form, const char* key, char* value) {
+  return Given(form, key, value) && strcmp(value, "YES") == 0;
+}
+
+void RunCommand(FILE* out, const char* command) {
+  fflush(out);  // keep what is written so far ahead of the child's output
   // The commands' exit status is not part of the answer.
   (void)!system(command);
 }
@@ -33,19 +35,19 @@ bool HasDotDotSegment(const char* path) {
   return false;
 }
 
-void WritePageOpenError(const char* path) {
-  fputs("Page Open Error (", gCgi.out);
-  WriteHtmlEscaped(path);
-  fputc(')', gCgi.out);
+void WritePageOpenError(FILE* out, const char* path) {
+  fputs("Page Open Error (", out);
+  WriteHtmlEscaped(out, path);
+  fputc(')', out);
 }
 
-void CopyPage(const char* path) {
+void CopyPage(FILE* out, const char* path) {
   FILE* page = fopen(path, "rt");
   if (!page) {
-    WritePageOpenError(path);
+    WritePageOpenError(out, path);
     return;
   }
-  for (int c; (c = fgetc(page)) != EOF;) fputc(c, gCgi.out);
+  for (int c; (c = fgetc(page)) != EOF;) fputc(c, out);
   fclose(page);
 }
 
@@ -60,26 +62,26 @@ constexpr Escape kHtmlEscapes[] = {
     {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&#39;"}};
 
 template <size_t N>
-void WriteEscaped(const char* text, const Escape (&escapes)[N]) {
+void WriteEscaped(FILE* out, const char* text, const Escape (&escapes)[N]) {
   for (const char* p = text; *p; ++p) {
     const char* as = nullptr;
     for (const Escape& e : escapes) as = e.byte == *p ? e.as : as;
     if (as) {
-      fputs(as, gCgi.out);
+      fputs(as, out);
     } else {
-      fputc(*p, gCgi.out);
+      fputc(*p, out);
     }
   }
 }
 
 // A script variable from a number the page posted; anything else is
 // reported and left out, as if it had not been posted.
-void WriteScriptNumber(const char* key, const char* variable) {
+void WriteScriptNumber(const Request& request, const char* key, const char* variable) {
   char value[kValueSize];
-  const int found = FormLookup(key, value, kValueSize);
+  const int found = FormLookup(request.form, key, value, kValueSize);
   if (found == LookupNotFound) return;
   if (found == LookupOk && IsScriptNumber(value)) {
-    fprintf(gCgi.out, "var %s = %s;\n", variable, value);
+    fprintf(request.cgi.out, "var %s = %s;\n", variable, value);
   } else {
     fprintf(stderr, "[WriteReturnPage] %s refused\n", key);
   }
@@ -87,9 +89,11 @@ void WriteScriptNumber(const char* key, const char* variable) {
 
 }  // namespace
 
-void WriteJavaScriptEscaped(const char* text) { WriteEscaped(text, kJavaScriptEscapes); }
+void WriteJavaScriptEscaped(FILE* out, const char* text) {
+  WriteEscaped(out, text, kJavaScriptEscapes);
+}
 
-void WriteHtmlEscaped(const char* text) { WriteEscaped(text, kHtmlEscapes); }
+void WriteHtmlEscaped(FILE* out, const char* text) { WriteEscaped(out, text, kHtmlEscapes); }
 
 bool IsScriptNumber(const char* value) {
   const size_t length = strlen(value);
@@ -109,7 +113,28 @@ bool IsLocalRedirect(const char* value) {
   return memchr(value, ':', beforePath) == nullptr;
 }
 
-void WriteContentType(const char* type) { fprintf(gCgi.out, "Content-type: %s\r\n\r\n", type); }
+void WriteContentType(const Request& request, const char* type) {
+  fprintf(request.cgi.out, "Content-type: %s\r\n\r\n", type);
+}
+
+void WriteBareAnswer(const Request& request) {
+  fputs("HTTP/1.1 204 OK", request.cgi.out);  // no line end here
+  WriteContentType(request, "text/html");
+}
+
+void WriteErrorPage(const Request& request, const char* programName) {
+  FILE* const out = request.cgi.out;
+  WriteContentType(request, "text/html");
+  fputs("<html>\n<head>\n<script language=javascript>\n", out);
+  fprintf(out, "alert(\"%s Cgi Func:[", programName);
+  WriteJavaScriptEscaped(out, request.errorBuffer);
+  fputs("] return ERROR!!!\");\n", out);
+  fputs("history.go(-1);\n</script>\n</head>\n</html>\n", out);
+}
+
+void WriteUnknownProgram(const Request& request, const char* name) {
+  fprintf(request.cgi.out, "NOT Found Cgi Func: %s<br>\n", name);
+}
 
 bool MakeReturnPagePath(const char* value, char* path, int pathSize) {
   const char* format = value[0] == '/' ? "%s%s" : "%s/%s";
@@ -118,36 +143,38 @@ bool MakeReturnPagePath(const char* value, char* path, int pathSize) {
   return !HasDotDotSegment(path);
 }
 
-int WriteReturnPage() {
+int WriteReturnPage(const Request& request) {
+  const Form& form = request.form;
+  FILE* const out = request.cgi.out;
   char value[kValueSize];
   char path[kPathSize];
 
-  if (GivenAsYes("SaveCfg", value)) RunCommand(device::kSaveCfgCommand);
-  if (GivenAsYes("ZrMkChg", value)) RunCommand(device::kMarkChangedCommand);
-  if (GivenAsYes("ZrRmChg", value)) RunCommand(device::kClearChangedCommand);
+  if (GivenAsYes(form, "SaveCfg", value)) RunCommand(out, device::kSaveCfgCommand);
+  if (GivenAsYes(form, "ZrMkChg", value)) RunCommand(out, device::kMarkChangedCommand);
+  if (GivenAsYes(form, "ZrRmChg", value)) RunCommand(out, device::kClearChangedCommand);
 
-  if (Given("RetPage", value)) {
+  if (Given(form, "RetPage", value)) {
     const bool mayOpen = MakeReturnPagePath(value, path, kPathSize);
-    fputs("<script language=javascript>\n", gCgi.out);
-    WriteScriptNumber("ZrModId", "ZRMODID");
-    WriteScriptNumber("PortId", "PORTID");
-    fputs("</script>\n", gCgi.out);
+    fputs("<script language=javascript>\n", out);
+    WriteScriptNumber(request, "ZrModId", "ZRMODID");
+    WriteScriptNumber(request, "PortId", "PORTID");
+    fputs("</script>\n", out);
     if (mayOpen) {
-      CopyPage(path);
+      CopyPage(out, path);
     } else {
-      WritePageOpenError(path);
+      WritePageOpenError(out, path);
     }
   }
 
   // An empty redirect is no redirect, as it always was.
-  const int redirect = FormLookup("RetReDir", value, kValueSize);
+  const int redirect = FormLookup(form, "RetReDir", value, kValueSize);
   if (redirect == LookupNotFound || redirect == LookupEmpty) return 0;
   if (redirect != LookupOk || !IsLocalRedirect(value)) {
     fputs("[WriteReturnPage] RetReDir refused\n", stderr);
     return 0;
   }
-  fputs("<html>\n<head>\n<script language=javascript>\n", gCgi.out);
-  fprintf(gCgi.out, "location.href=\"%s\";\n", value);
-  fputs("</script>\n</head>\n<body>\n</body>\n</html>\n", gCgi.out);
+  fputs("<html>\n<head>\n<script language=javascript>\n", out);
+  fprintf(out, "location.href=\"%s\";\n", value);
+  fputs("</script>\n</head>\n<body>\n</body>\n</html>\n", out);
   return 0;
 }

@@ -1,18 +1,32 @@
-// Response writers: the content-type header and the return page.
+// The answers: the return page, the bare 204 answer, the error page and the
+// line for a name that is no program. The programs only choose among them.
 #pragma once
 
+#include <stdio.h>
+
+struct Request;
+
 // Writes "Content-type: <type>\r\n\r\n" to the request's output stream.
-void WriteContentType(const char* type);
+void WriteContentType(const Request& request, const char* type);
 
 // The answer after a positive program result: runs the save and change-flag
 // commands the form asks for, then copies the page named by "RetPage" and/or
 // writes the redirect of "RetReDir". Always 0.
-int WriteReturnPage();
+int WriteReturnPage(const Request& request);
+
+// "HTTP/1.1 204 OK" and the header, as one line: the settled answer.
+void WriteBareAnswer(const Request& request);
+
+// An alert of the program's name and the request's error buffer, then back.
+void WriteErrorPage(const Request& request, const char* programName);
+
+// The answer to a name that is no program.
+void WriteUnknownProgram(const Request& request, const char* name);
 
 // Text placed in a page: inside a script's double-quoted string, and as
 // HTML text.
-void WriteJavaScriptEscaped(const char* text);
-void WriteHtmlEscaped(const char* text);
+void WriteJavaScriptEscaped(FILE* out, const char* text);
+void WriteHtmlEscaped(FILE* out, const char* text);
 
 // Values echoed into the return page's script. A module or port id is an
 // optional sign and digits, 11 characters at most; a redirect is a path on

@@ -20,7 +20,9 @@ inline constexpr const char kBasicConfProcFile[] = "/proc/driver/qe_basic_conf";
 inline constexpr const char kBasicConfCopyFormat[] = "/tmp/qell_conf_%d.txt";
 inline constexpr const char kCatCommandFormat[] = "/bin/cat %s > %s";
 
-// Saves of the records and of the fisheye file take turns on this lock.
+// Saves of the records and of the fisheye file take turns on this lock: a
+// file on the RAM file system beside the pid files, there even when the
+// settings directory is read-only or full.
 inline constexpr const char kSettingsLockFile[] = "/var/run/zrcamctl.lock";
 
 // Settings records.

@@ -33,3 +33,6 @@ constexpr SettingsFamily kAutoBrightnessCamera = {
     .writeFailure = {-2, false},
     .layout = CheckedLayout<17>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kAutoBrightnessCameraNotes[] = "Auto-brightness camera";

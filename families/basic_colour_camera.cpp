@@ -37,3 +37,6 @@ constexpr SettingsFamily kBasicColourCamera = {
     .writeFailure = {-3, false},
     .layout = CheckedLayout<20>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kBasicColourCameraNotes[] = "Basic colour camera";

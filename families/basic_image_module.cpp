@@ -29,3 +29,6 @@ constexpr SettingsFamily kBasicImageModule = {
     .writeFailure = {-2, false},
     .layout = CheckedLayout<16>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kBasicImageModuleNotes[] = "Basic image module";

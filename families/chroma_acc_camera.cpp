@@ -38,3 +38,6 @@ constexpr SettingsFamily kChromaAccCamera = {
     .writeFailure = {-1, false},
     .layout = CheckedLayout<32>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kChromaAccCameraNotes[] = "Chroma and colour-control camera";

@@ -23,3 +23,6 @@ constexpr SettingsFamily kColourCamera = {
     .writeFailure = {-2, false},
     .layout = CheckedLayout<10>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kColourCameraNotes[] = "Colour camera";

@@ -33,3 +33,6 @@ constexpr SettingsFamily kDayNightCamera = {
     .writeFailure = {-1, false},
     .layout = CheckedLayout<140>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kDayNightCameraNotes[] = "Day/night camera";

@@ -15,3 +15,6 @@ constexpr SettingsFamily kDayNightIrCamera = {
     .writeFailure = {-1, false},
     .layout = CheckedLayout<kDayNightIrRecordSize>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kDayNightIrCameraNotes[] = "Day/night IR camera";

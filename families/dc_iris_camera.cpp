@@ -39,3 +39,6 @@ constexpr SettingsFamily kDcIrisCamera = {
     .writeFailure = {-2, false},
     .layout = CheckedLayout<24>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kDcIrisCameraNotes[] = "DC-iris camera";

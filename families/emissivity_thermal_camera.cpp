@@ -1,7 +1,7 @@
 // Thermal cameras with an emissivity table: 182-byte record, continue read.
-// "EmissivityData" goes to the table slot that the emissivity mode selects,
-// and on the modules whose table row asks for it a pending zoom, calibration or menu command
-// keeps the browser on its page.
+// "EmissivityData" goes to the table slot that the emissivity mode selects.
+// On some modules (a constant of their own) a pending zoom, calibration or
+// menu command keeps the browser on its page.
 #include "frame/settings_frame.h"
 #include "families/families.h"
 
@@ -62,7 +62,7 @@ constexpr IndexedField kBoxEdges[] = {
 constexpr Field kEmissivityMode = U8("EmissivityMode", 148);
 // "EmissivityData" goes to the slot of the mode as it stands after this
 // request, one per mode 0..11; a mode with no slot stores nothing.
-constexpr IndexedField kEmissivityTable = SlotTable("EmissivityData", 149, 12, 1, FieldType::U8);
+constexpr SlotTable kEmissivityTable = Slots("EmissivityData", 149, 12, 1, FieldType::U8);
 
 constexpr Field kTailFields[] = {
     U8("TempOsd", 161),
@@ -102,5 +102,17 @@ constexpr SettingsFamily kEmissivityThermalCamera = {
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<182>(kLayout),
-    .result = kUnlessPendingIfModule,
 };
+
+constexpr SettingsFamily kEmissivityThermalCameraAnsweringPending = {
+    .recordSize = 182,
+    .readPolicy = ReadPolicy::Continue,
+    .writeFailure = {-2, false},
+    .layout = CheckedLayout<182>(kLayout),
+    .result = kUnlessPending,
+};
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kEmissivityThermalCameraNotes[] = "Emissivity thermal camera";
+const char kEmissivityThermalCameraAnsweringPendingNotes[] =
+    "Emissivity thermal camera answering pending commands";

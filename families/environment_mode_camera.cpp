@@ -23,3 +23,6 @@ constexpr SettingsFamily kEnvironmentModeCamera = {
     .writeFailure = {-1, false},
     .layout = CheckedLayout<6>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kEnvironmentModeCameraNotes[] = "Environment-mode camera";

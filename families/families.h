@@ -1,46 +1,58 @@
-// Every handler family, one constant each (defined in the family's file).
-// The module table names the family of each camera module.
+// Every settings family: one line a family, its constant's name (without
+// the k) and the file in families/ that defines it. The build takes the
+// family files from this list, and the inspector its families' notes.
 #pragma once
 
 #include "frame/settings_frame.h"
 
-extern const SettingsFamily kAutoBrightnessCamera;
-extern const SettingsFamily kBasicColourCamera;
-extern const SettingsFamily kBasicImageModule;
-extern const SettingsFamily kChromaAccCamera;
-extern const SettingsFamily kColourCamera;
-extern const SettingsFamily kDayNightCamera;
-extern const SettingsFamily kDayNightIrCamera;
-extern const SettingsFamily kDcIrisCamera;
-extern const SettingsFamily kEmissivityThermalCamera;
-extern const SettingsFamily kEnvironmentModeCamera;
-extern const SettingsFamily kFlickerlessCamera;
-extern const SettingsFamily kFullHdWdrCamera;
-extern const SettingsFamily kInfraredSwitchingCamera;
-extern const SettingsFamily kIrPtzModule;
-extern const SettingsFamily kKeyPowerFrequencyModule;
-extern const SettingsFamily kLensImageModule;
-extern const SettingsFamily kMainsFrequencyFlagCamera;
-extern const SettingsFamily kNoiseSharpnessDefogCamera;
-extern const SettingsFamily kOsdMenuKeyCamera;
-extern const SettingsFamily kPtzAlarmChannelCamera;
-extern const SettingsFamily kPtzAlarmInputModule;
-extern const SettingsFamily kPtzAlarmIoModule;
-extern const SettingsFamily kPtzDomeCamera;
-extern const SettingsFamily kPtzDomeNamedPresetCamera;
-extern const SettingsFamily kPtzDomePresetFileModule;
-extern const SettingsFamily kPtzModule1D;
-extern const SettingsFamily kPtzWiperHeaterModule;
-extern const SettingsFamily kReversedThresholdCamera;
-extern const SettingsFamily kSensUpCamera;
-extern const SettingsFamily kSensorImageProcessing;
-extern const SettingsFamily kSingleKeyModule;
-extern const SettingsFamily kThermalCamera;
-extern const SettingsFamily kThermalImagingModule;
-extern const SettingsFamily kThermalPtzPositioner;
-extern const SettingsFamily kTwoByteKeyPowerFrequencyModule;
-extern const SettingsFamily kTwoSetImageTuning;
-extern const SettingsFamily kTwoStreamEncodingCamera;
-extern const SettingsFamily kUnroutedZoomModule;
-extern const SettingsFamily kWdrIspCamera;
-extern const SettingsFamily kZoomCameraModule;
+// X(Name, file): the constant kName and the notes kNameNotes, both defined
+// in families/file.cpp. The notes are the key reference's (see
+// inspect/family_notes.h); the product never refers to them.
+#define ZRCAMCTL_FAMILIES(X)                                            \
+  X(AutoBrightnessCamera, auto_brightness_camera)                       \
+  X(BasicColourCamera, basic_colour_camera)                             \
+  X(BasicImageModule, basic_image_module)                               \
+  X(ChromaAccCamera, chroma_acc_camera)                                 \
+  X(ColourCamera, colour_camera)                                        \
+  X(DayNightCamera, day_night_camera)                                   \
+  X(DayNightIrCamera, day_night_ir_camera)                              \
+  X(DcIrisCamera, dc_iris_camera)                                       \
+  X(EmissivityThermalCamera, emissivity_thermal_camera)                 \
+  X(EmissivityThermalCameraAnsweringPending, emissivity_thermal_camera) \
+  X(EnvironmentModeCamera, environment_mode_camera)                     \
+  X(FlickerlessCamera, flickerless_camera)                              \
+  X(FullHdWdrCamera, full_hd_wdr_camera)                                \
+  X(InfraredSwitchingCamera, infrared_switching_camera)                 \
+  X(IrPtzModule, ir_ptz_module)                                         \
+  X(KeyPowerFrequencyModule, key_power_frequency_module)                \
+  X(LensImageModule, lens_image_module)                                 \
+  X(MainsFrequencyFlagCamera, mains_frequency_flag_camera)              \
+  X(NoiseSharpnessDefogCamera, noise_sharpness_defog_camera)            \
+  X(OsdMenuKeyCamera, osd_menu_key_camera)                              \
+  X(PtzAlarmChannelCamera, ptz_alarm_channel_camera)                    \
+  X(PtzAlarmInputModule, ptz_alarm_input_module)                        \
+  X(PtzAlarmIoModule, ptz_alarm_io_module)                              \
+  X(PtzDomeCamera, ptz_dome_camera)                                     \
+  X(PtzDomeNamedPresetCamera, ptz_dome_named_preset_camera)             \
+  X(PtzDomePresetFileModule, ptz_dome_preset_file_module)               \
+  X(PtzModule1D, ptz_module_1d)                                         \
+  X(PtzWiperHeaterModule, ptz_wiper_heater_module)                      \
+  X(ReversedThresholdCamera, reversed_threshold_camera)                 \
+  X(SensUpCamera, sens_up_camera)                                       \
+  X(SensorImageProcessing, sensor_image_processing)                     \
+  X(SingleKeyModule, single_key_module)                                 \
+  X(ThermalCamera, thermal_camera)                                      \
+  X(ThermalImagingModule, thermal_imaging_module)                       \
+  X(ThermalPtzPositioner, thermal_ptz_positioner)                       \
+  X(TwoByteKeyPowerFrequencyModule, key_power_frequency_module)         \
+  X(TwoSetImageTuning, two_set_image_tuning)                            \
+  X(TwoStreamEncodingCamera, two_stream_encoding_camera)                \
+  X(UnroutedZoomModule, unrouted_zoom_module)                           \
+  X(WdrIspCamera, wdr_isp_camera)                                       \
+  X(ZoomCameraModule, zoom_camera_module)
+
+#define ZRCAMCTL_DECLARE_FAMILY(name, file) \
+  extern const SettingsFamily k##name;      \
+  extern const char k##name##Notes[];
+ZRCAMCTL_FAMILIES(ZRCAMCTL_DECLARE_FAMILY)
+#undef ZRCAMCTL_DECLARE_FAMILY

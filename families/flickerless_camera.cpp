@@ -35,3 +35,6 @@ constexpr SettingsFamily kFlickerlessCamera = {
     .layout = CheckedLayout<12>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kFlickerlessCameraNotes[] = "Flickerless camera";

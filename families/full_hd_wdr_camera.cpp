@@ -118,20 +118,21 @@ constexpr Field kOutputAndDayNight[] = {
 constexpr Field kIrisScanSet = U8("IrisScanSet", 123);
 // 124..129: not set here
 
-// A size that would reach past the picture's edge is cut to end at it; a
-// position already past the edge leaves the wrapped 16-bit difference.
 constexpr size_t kStabilizerRow =
     sizeof kExposureToStabilizer / sizeof kExposureToStabilizer[0] - 1;
 static_assert(kExposureToStabilizer[kStabilizerRow].offset == 90);
 constexpr uint32_t kStabilizerState = 121;
 
+// A size that would reach past the picture's edge is cut to end at it; a
+// position already past the edge leaves the wrapped 16-bit difference.
 void KeepInsidePicture(
     const RecordView& record, uint32_t posOffset, uint32_t sizeOffset, uint32_t edge) {
   const uint32_t position = record.GetU16(posOffset);
   if (record.GetU16(sizeOffset) + position > edge) record.PutU16(sizeOffset, edge - position);
 }
 
-void KeepAreasInsidePicture(const FormValue&, const RecordView& record) {
+void KeepAreasInsidePicture(const OwnContext& context) {
+  const RecordView& record = context.record;
   for (int i = 0; i < kAreaPosX.count; ++i) {
     KeepInsidePicture(
         record, kAreaPosX.Element(i).offset, kAreaSizeX.Element(i).offset, kPictureWidth);
@@ -140,12 +141,13 @@ void KeepAreasInsidePicture(const FormValue&, const RecordView& record) {
   }
 }
 
-// The stabilizer is off under backlight mode 1; byte 121 tells the camera
-// which of the two is in charge: 0 backlight compensation, 1 stabilizer,
-// 2 neither.
-void StabilizerRule(const FormValue&, const RecordView& record) {
+// The stabilizer (the rule's row) is off under backlight mode 1; byte 121
+// tells the camera which of the two is in charge: 0 backlight
+// compensation, 1 stabilizer, 2 neither.
+void StabilizerRule(const OwnContext& context) {
+  const RecordView& record = context.record;
   const Field& backlightMode = kBacklight[0];
-  const Field& stabilizerMode = kExposureToStabilizer[kStabilizerRow];
+  const Field& stabilizerMode = *context.row;
   const bool backlight = record.GetU8(backlightMode.offset) == 1;
   if (backlight) record.PutU8(stabilizerMode.offset, 0);
   const uint32_t state = backlight ? 0 : record.GetU8(stabilizerMode.offset) == 1 ? 1 : 2;
@@ -158,7 +160,7 @@ constexpr Block kLayout[] = {
     Steps(kAreas),
     Own(KeepAreasInsidePicture),
     Fields(kExposureToStabilizer),
-    Own(StabilizerRule),
+    Own(kExposureToStabilizer[kStabilizerRow], StabilizerRule),
     Fields(kOutputAndDayNight),
     Fields(kIrisScanSet),
 };
@@ -172,3 +174,14 @@ constexpr SettingsFamily kFullHdWdrCamera = {
     .layout = CheckedLayout<130>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name,
+// the keys its own rules change, and what each own rule does.
+const char kFullHdWdrCameraNotes[] =
+    "Full-HD WDR camera\n"
+    "HsblcArea1SizeX HsblcArea2SizeX HsblcArea3SizeX HsblcArea4SizeX HsblcArea1SizeY "
+    "HsblcArea2SizeY HsblcArea3SizeY HsblcArea4SizeY StabilizerMode\n"
+    "each backlight area is kept inside the 1920 by 1080 picture: a size reaching past the edge is "
+    "cut to end at it (a position already past it leaves the wrapped 16-bit difference)\n"
+    "StabilizerMode is set to 0 under BacklightMode 1; byte 121 says which is in charge: 0 "
+    "backlight compensation, 1 stabilizer, 2 neither";

@@ -46,3 +46,6 @@ constexpr SettingsFamily kInfraredSwitchingCamera = {
     .writeFailure = {-1, true},
     .layout = CheckedLayout<116>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kInfraredSwitchingCameraNotes[] = "Infrared-switching camera";

@@ -98,13 +98,15 @@ constexpr Field kTail[] = {
     U8("AlarmFuncId", 733),
 };
 
+// The blocks each set id opens.
+constexpr Block kScanEdit[] = {Fields(kScanSlot)};
+constexpr Block kTourEdit[] = {Steps(kTourSteps)};
+
 constexpr Block kLayout[] = {
     Fields(kFields),
-    Gate(kScanSetId, kIdle, 1),
-    Fields(kScanSlot),
+    Gate(kScanSetId, kIdle, kScanEdit),
     Fields(kTourActions),
-    Gate(kTourSetId, kIdle, 1),
-    Steps(kTourSteps),
+    Gate(kTourSetId, kIdle, kTourEdit),
     Fields(kTail),
 };
 
@@ -117,3 +119,6 @@ constexpr SettingsFamily kIrPtzModule = {
     .layout = CheckedLayout<kRecordSize>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kIrPtzModuleNotes[] = "IR PTZ module";

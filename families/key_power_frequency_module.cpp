@@ -31,3 +31,7 @@ constexpr SettingsFamily kTwoByteKeyPowerFrequencyModule = {
     .layout = CheckedLayout<2>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kKeyPowerFrequencyModuleNotes[] = "Key and mains-frequency module";
+const char kTwoByteKeyPowerFrequencyModuleNotes[] = "Two-byte key and mains-frequency module";

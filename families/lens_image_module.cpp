@@ -79,3 +79,6 @@ constexpr SettingsFamily kLensImageModule = {
     .layout = CheckedLayout<76>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kLensImageModuleNotes[] = "Lens and image module";

@@ -55,15 +55,17 @@ constexpr Field kFields[] = {
 constexpr const Field& kExposerFrequency = kFields[6];
 static_assert(kExposerFrequency.offset == 8);
 
-// A posted frequency sets the flags by the stored (truncated) byte.
-void SetFrequencyFlags(const FormValue& form, const RecordView& record) {
-  if (!form.Lookup(kExposerFrequency.key)) return;
-  const bool on = record.GetU8(kExposerFrequency.offset) != 0;
+// A posted frequency (the rule's row) sets the flags by the stored
+// (truncated) byte.
+void SetFrequencyFlags(const OwnContext& context) {
+  const RecordView& record = context.record;
+  if (!context.form.Lookup(context.row->key)) return;
+  const bool on = record.GetU8(context.row->offset) != 0;
   record.PutU8(kFrequencyOn, on ? 1 : 0);
   record.PutU8(kFrequencyOff, on ? 0 : 1);
 }
 
-constexpr Block kLayout[] = {Fields(kFields), Own(SetFrequencyFlags)};
+constexpr Block kLayout[] = {Fields(kFields), Own(kExposerFrequency, SetFrequencyFlags)};
 
 }  // namespace
 
@@ -74,3 +76,11 @@ constexpr SettingsFamily kMainsFrequencyFlagCamera = {
     .layout = CheckedLayout<41>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name,
+// the keys its own rules change, and what each own rule does.
+const char kMainsFrequencyFlagCameraNotes[] =
+    "Mains-frequency flag camera\n"
+    "\n"
+    "a posted ExposerFrequency also sets byte 1 (1 when the stored choice is not 0) and byte 2 (1 "
+    "when it is 0)";

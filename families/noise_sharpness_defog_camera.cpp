@@ -51,3 +51,6 @@ constexpr SettingsFamily kNoiseSharpnessDefogCamera = {
     .writeFailure = {-1, true},
     .layout = CheckedLayout<64>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kNoiseSharpnessDefogCameraNotes[] = "Noise, sharpness and defog camera";

@@ -90,3 +90,6 @@ constexpr SettingsFamily kOsdMenuKeyCamera = {
     .layout = CheckedLayout<69>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kOsdMenuKeyCameraNotes[] = "OSD menu key camera";

@@ -105,19 +105,20 @@ constexpr Field kGroupRunAndDehumidifier[] = {
 
 constexpr uint32_t kRecordSize = 440;
 
+// The blocks each set id opens.
+constexpr Block kPrivacyEdit[] = {Fields(kPrivacySlot)};
+constexpr Block kPresetEdit[] = {Fields(kPresetSlot)};
+constexpr Block kGroupEdit[] = {Fields(kGroupSlot), Steps(kGroupSteps)};
+
 constexpr Block kLayout[] = {
     Fields(kCameraAndHome),
     Steps(kAlarmChannels),
     Fields(kRelayAndPrivacyView),
-    Gate(kPrivacySetId, kPrivacyMasks, 1),
-    Fields(kPrivacySlot),
+    Gate(kPrivacySetId, kPrivacyMasks, kPrivacyEdit),
     Fields(kPresetView),
-    Gate(kPresetSetId, kPresets, 1),
-    Fields(kPresetSlot),
+    Gate(kPresetSetId, kPresets, kPresetEdit),
     Fields(kTraceAndGroupView),
-    Gate(kGroupSetId, kGroups, 2),
-    Fields(kGroupSlot),
-    Steps(kGroupSteps),
+    Gate(kGroupSetId, kGroups, kGroupEdit),
     Fields(kGroupRunAndDehumidifier),
 };
 
@@ -130,3 +131,6 @@ constexpr SettingsFamily kPtzAlarmChannelCamera = {
     .layout = CheckedLayout<kRecordSize>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kPtzAlarmChannelCameraNotes[] = "PTZ alarm-channel camera";

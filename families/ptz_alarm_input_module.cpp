@@ -155,28 +155,29 @@ using AlarmOff = PtzAlarmOffBlock<776, 1>;
 constexpr Field kAlarmClear = U8("AlmClear", 785);
 // 786..787: not set here
 
+// The blocks each set id opens.
+constexpr Block kPrivacyEdit[] = {Fields(kPrivacySlot)};
+constexpr Block kPresetEdit[] = {Fields(Presets::kSetMode)};
+constexpr Block kScanEdit[] = {Fields(kScanSlot)};
+constexpr Block kPatternEdit[] = {Fields(Patterns::kSetMode)};
+constexpr Block kGroupEdit[] = {Fields(Groups::kSetEnable), Steps(Groups::kSteps)};
+
 constexpr Block kLayout[] = {
     Fields(kImage),
     ClearedText(kCamTitle),  // cut to the field; an absent or empty title clears it
     Fields(kAutoRun),
     Fields(kPrivacyViewId),
-    Gate(kPrivacySetId, kPrivacyLimit, 1),
-    Fields(kPrivacySlot),
+    Gate(kPrivacySetId, kPrivacyLimit, kPrivacyEdit),
     Fields(kPrivacyStartEnd),
     Fields(Presets::kView),
-    Gate(Presets::kSetId, Presets::kPresets, 1),
-    Fields(Presets::kSetMode),
+    Gate(Presets::kSetId, Presets::kPresets, kPresetEdit),
     Fields(Presets::kClear),
     Fields(kScanActions),
-    Gate(kScanSetId, kScanLimit, 1),
-    Fields(kScanSlot),
+    Gate(kScanSetId, kScanLimit, kScanEdit),
     Fields(Patterns::kActions),
-    Gate(Patterns::kSetId, Patterns::kPatterns, 1),
-    Fields(Patterns::kSetMode),
+    Gate(Patterns::kSetId, Patterns::kPatterns, kPatternEdit),
     Fields(Groups::kView),
-    Gate(Groups::kSetId, Groups::kGroups, 2),
-    Fields(Groups::kSetEnable),
-    Steps(Groups::kSteps),
+    Gate(Groups::kSetId, Groups::kGroups, kGroupEdit),
     Fields(kGroupRunStop),
     Steps(AlarmInputs::kArrays),
     Steps(AlarmOff::kArrays),
@@ -192,3 +193,6 @@ constexpr SettingsFamily kPtzAlarmInputModule = {
     .layout = CheckedLayout<kRecordSize>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kPtzAlarmInputModuleNotes[] = "PTZ alarm-input module";

@@ -118,19 +118,21 @@ constexpr IndexedField kGroupSteps[] = {
     // 481..483: not set here
 };
 
+// The blocks each set id opens.
+constexpr Block kTourEdit[] = {Steps(kTourSteps)};
+constexpr Block kAlarmEdit[] = {Steps(kAlarmFunctions)};
+constexpr Block kGroupEdit[] = {Steps(kGroupSteps)};
+
 constexpr Block kLayout[] = {
     Fields(kFields),
     Fields(kTourViewId),
-    Gate(kTourSetId, kIdle, 1),
-    Steps(kTourSteps),
-    Gate(kAlarmSetId, kIdle, 1),
-    Steps(kAlarmFunctions),
+    Gate(kTourSetId, kIdle, kTourEdit),
+    Gate(kAlarmSetId, kIdle, kAlarmEdit),
     Fields(kPrivacyLook),
     Steps(kAlarmInputs),
     Fields(kOutputsCalibrationPowerOn),
     Fields(kGroupViewId),
-    Gate(kGroupSetId, kIdle, 1),
-    Steps(kGroupSteps),
+    Gate(kGroupSetId, kIdle, kGroupEdit),
 };
 
 }  // namespace
@@ -142,3 +144,6 @@ constexpr SettingsFamily kPtzAlarmIoModule = {
     .layout = CheckedLayout<kRecordSize>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kPtzAlarmIoModuleNotes[] = "PTZ alarm I/O module";

@@ -121,23 +121,24 @@ constexpr IndexedField kTourSteps[] = {
 
 constexpr uint32_t kRecordSize = 508;
 
+// The blocks each set id opens.
+constexpr Block kPrivacyEdit[] = {Fields(kPrivacySlot)};
+constexpr Block kScanEdit[] = {Fields(kScanSlot)};
+constexpr Block kPatternEdit[] = {Fields(kPatternSlot)};
+constexpr Block kPresetEdit[] = {Fields(kPresetSlot)};
+constexpr Block kTourEdit[] = {Fields(kTourSlot), Steps(kTourSteps)};
+
 constexpr Block kLayout[] = {
     Fields(kImageAndView),
-    Gate(kPrivacySetId, kPrivacyMasks, 1),
-    Fields(kPrivacySlot),
+    Gate(kPrivacySetId, kPrivacyMasks, kPrivacyEdit),
     Fields(kScanIds),
-    Gate(kScanSetId, kScans, 1),
-    Fields(kScanSlot),
+    Gate(kScanSetId, kScans, kScanEdit),
     Fields(kPatternIds),
-    Gate(kPatternSetId, kPatterns, 1),
-    Fields(kPatternSlot),
+    Gate(kPatternSetId, kPatterns, kPatternEdit),
     Fields(kPresetIds),
-    Gate(kPresetSetId, kPresets, 1),
-    Fields(kPresetSlot),
+    Gate(kPresetSetId, kPresets, kPresetEdit),
     Fields(kTourIds),
-    Gate(kTourSetId, kTours, 2),
-    Fields(kTourSlot),
-    Steps(kTourSteps),
+    Gate(kTourSetId, kTours, kTourEdit),
 };
 
 }  // namespace
@@ -149,3 +150,6 @@ constexpr SettingsFamily kPtzDomeCamera = {
     .layout = CheckedLayout<kRecordSize>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kPtzDomeCameraNotes[] = "PTZ dome camera";

@@ -11,7 +11,7 @@ namespace {
 // 256..4607: 256 preset names of 17 bytes, slot n at 256 + 17 * n. The name
 // goes to the slot of the preset id as it stands now; an id without a slot
 // takes no name.
-constexpr IndexedField kPresetNames = SlotTable("PresetName", 256, 256, 17, FieldType::Text, 17);
+constexpr SlotTable kPresetNames = Slots("PresetName", 256, 256, 17, FieldType::Text, 17);
 
 constexpr Field kPresetRunId = U16("PresetRunId", 4608, kCommand);
 constexpr Field kPresetSetId = U16("PresetSetId", 4610);
@@ -165,3 +165,6 @@ constexpr SettingsFamily kPtzDomeNamedPresetCamera = {
     .layout = CheckedLayout<5562>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kPtzDomeNamedPresetCameraNotes[] = "PTZ dome with named presets";

@@ -3,7 +3,8 @@
 // tours, areas, alarms and groups are edited one set at a time behind
 // their set numbers; preset labels and the preset-set bitmap live in
 // "PtzConf.bin", whose other bytes belong to the daemon and are carried
-// through. The main title is written only by a plain settings save.
+// through. The main title is written only by a plain settings save: one
+// that opened no edit slot and left no action pending.
 #include "device/device_paths.h"
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -181,112 +182,65 @@ constexpr Field kParkingAndIllumination[] = {
 // Written only by a plain settings save: one that opened no edit slot.
 constexpr Field kMainTitle = Text("MainTitle", 37, 16);
 
-// A label is cleared when it is absent or posted empty.
+// ---- The preset file ---------------------------------------------------------------
+
+// Preset n (1 to 255) has its flag (bit n - 1 of eight words from 16404) and
+// its label (64 bytes at 20 + 64 * (n - 1)) in the preset file; preset 0 has
+// neither. The file's other bytes belong to the daemon and are carried
+// through.
+constexpr uint32_t kPresetFileSize = 262760;
+constexpr SlotOptions kPresetsFromOne = {.first = 1};
+constexpr SlotTable kPresetFlags =
+    Slots("PresetSetMode", 16404, kPresets - 1, 0, FieldType::Bit, 0, kPresetsFromOne);
+constexpr SlotTable kPresetLabels = Slots(
+    "PresetSetLabel", 20, kPresets - 1, 64, FieldType::Text, 64, {.first = 1, .clearWidth = 64});
+constexpr Block kPresetFileLayout[] = {
+    Slot(kPresetFlags, kPresetSetId),
+    Slot(kPresetLabels, kPresetSetId),
+};
+constexpr SideFile kPresetFile = {
+    .path = device::kPtzPresetFile,
+    .size = kPresetFileSize,
+    .readPolicy = kReadPolicy,
+    .writeFailure = kWriteFailure,
+    .layout = CheckedLayout<kPresetFileSize, kLargestSideFile>(kPresetFileLayout),
+};
+
+// ---- The layout ---------------------------------------------------------------------
+
+// The blocks each set number opens. A label is cleared when it is absent or
+// posted empty.
+constexpr Block kScanEdit[] = {Fields(kScanSlot), ClearedText(kScanLabel)};
+constexpr Block kPrivacyEdit[] = {Fields(kPrivacySlot)};
+constexpr Block kPatternEdit[] = {Fields(kPatternSlot), ClearedText(kPatternLabel)};
+constexpr Block kPresetEdit[] = {Fields(kPresetSetFocus), Side(kPresetFile)};
+constexpr Block kTourEdit[] = {Fields(kTourSlot), Steps(kTourSteps), ClearedText(kTourLabel)};
+constexpr Block kAreaEdit[] = {Fields(kAreaSlot), ClearedText(kAreaLabel)};
+constexpr Block kAlarmEdit[] = {Fields(kAlarmSlot), ClearedText(kAlarmLabel)};
+constexpr Block kGroupEdit[] = {Fields(kGroupSlot), Steps(kGroupSteps), ClearedText(kGroupLabel)};
+constexpr Block kMainTitleSave[] = {ClearedText(kMainTitle)};
+
 constexpr Block kLayout[] = {
     Fields(kSettings),
     Fields(kScanActions),
-    Gate(kScanSetId, kScans, 2),
-    Fields(kScanSlot),
-    ClearedText(kScanLabel),
+    Gate(kScanSetId, kScans, kScanEdit),
     Fields(kPrivacyActions),
-    Gate(kPrivacySetId, kPrivacyMasks, 1),
-    Fields(kPrivacySlot),
+    Gate(kPrivacySetId, kPrivacyMasks, kPrivacyEdit),
     Fields(kPatternActions),
-    Gate(kPatternSetId, kPatterns, 2),
-    Fields(kPatternSlot),
-    ClearedText(kPatternLabel),
+    Gate(kPatternSetId, kPatterns, kPatternEdit),
     Fields(kPresetViewId),
-    Gate(kPresetSetId, kPresets, 1),
-    Fields(kPresetSetFocus),  // and the preset file, see EditPresetFile
+    Gate(kPresetSetId, kPresets, kPresetEdit),
     Fields(kTourActions),
-    Gate(kTourSetId, kTours, 3),
-    Fields(kTourSlot),
-    Steps(kTourSteps),
-    ClearedText(kTourLabel),
+    Gate(kTourSetId, kTours, kTourEdit),
     Fields(kAreaActions),
-    Gate(kAreaSetId, kAreas, 2),
-    Fields(kAreaSlot),
-    ClearedText(kAreaLabel),
+    Gate(kAreaSetId, kAreas, kAreaEdit),
     Fields(kAlarmViewId),
-    Gate(kAlarmSetId, kAlarms, 2),
-    Fields(kAlarmSlot),
-    ClearedText(kAlarmLabel),
+    Gate(kAlarmSetId, kAlarms, kAlarmEdit),
     Fields(kGroupViewId),
-    Gate(kGroupSetId, kGroups, 3),
-    Fields(kGroupSlot),
-    Steps(kGroupSteps),
-    ClearedText(kGroupLabel),
+    Gate(kGroupSetId, kGroups, kGroupEdit),
     Fields(kParkingAndIllumination),
-    ClearedText(kMainTitle),  // plain saves only
+    PlainSave(kMainTitleSave),
 };
-constexpr Layout kWholeLayout = CheckedLayout<kRecordSize>(kLayout);
-constexpr uint8_t kPresetsEnd = 15;      // blocks up to the preset slot
-constexpr uint8_t kMainTitleBlock = 34;  // the last block
-static_assert(kLayout[kPresetsEnd - 1].fields == &kPresetSetFocus);
-static_assert(kLayout[kMainTitleBlock].fields == &kMainTitle &&
-              kMainTitleBlock + 1 == sizeof kLayout / sizeof kLayout[0]);
-
-// Every set-id gate of the layout, to tell an edit from a plain save.
-bool AnySlotOpen(const RecordView& record) {
-  for (const Block& block : kLayout)
-    if (block.op == Op::Gate && StoredValue(record, block.fields[0]) < block.limit) return true;
-  return false;
-}
-
-// ---- The preset file ---------------------------------------------------------------
-
-constexpr uint32_t kPresetFileSize = 262760;
-constexpr uint32_t kPresetLabels = 20;  // 64-byte slots, preset n at 20 + 64 * (n - 1)
-constexpr uint32_t kPresetLabelSize = 64;
-constexpr uint32_t kPresetSetBitmap = 16404;  // eight words, preset n is bit n - 1
-static_assert(kPresetLabels + kPresetLabelSize * 255 <= kPresetSetBitmap);
-static_assert(kPresetSetBitmap + 8 * 4 <= kPresetFileSize);
-
-// One request per process: the file's image lives here rather than on the stack.
-uint8_t gPresetFile[kPresetFileSize];
-
-// Preset n (0 to 255): its flag in the bitmap and its label in the file.
-// Preset 0 has neither. 0, or the result to return at once when the preset
-// file cannot be written.
-int EditPresetFile(const FormValue& form, uint32_t n, char* errorBuffer) {
-  const RecordView presets = {gPresetFile, kPresetFileSize};
-  ReadRecord(kReadPolicy, presets, device::kPtzPresetFile, errorBuffer);
-  if (form.Lookup("PresetSetMode") && n > 0) {
-    const uint32_t word = kPresetSetBitmap + 4 * ((n - 1) / 32);
-    const uint32_t bit = 1u << ((n - 1) % 32);
-    const uint32_t flags = presets.GetU32(word);
-    presets.PutU32(word, (form.Int() & 0xFFFF) != 0 ? flags | bit : flags & ~bit);
-  }
-  if (n > 0) {
-    const uint32_t slot = kPresetLabels + kPresetLabelSize * (n - 1);
-    MergeClearedText(form, presets, Text("PresetSetLabel", slot, kPresetLabelSize));
-  }
-  return WriteRecord(kWriteFailure, presets, device::kPtzPresetFile, errorBuffer);
-}
-
-// The frame with the preset file beside the record, and a second write for
-// the main title of a plain save.
-int RunFrame(const SettingsFamily&, char* errorBuffer, const char* recordPath) {
-  char value[kValueBufferSize] = {};
-  const FormValue form = {value, kValueBufferSize};
-  uint8_t bytes[kRecordSize];
-  const RecordView record = {bytes, kRecordSize};
-
-  ReadRecord(kReadPolicy, record, recordPath, errorBuffer);
-  MergeLayout(form, record, kWholeLayout.Part(0, kPresetsEnd));
-  const uint32_t preset = StoredValue(record, kPresetSetId);
-  if (preset < kPresets) {
-    if (const int result = EditPresetFile(form, preset, errorBuffer)) return result;
-  }
-  MergeLayout(form, record, kWholeLayout.Part(kPresetsEnd, kMainTitleBlock - kPresetsEnd));
-
-  if (const int result = WriteRecord(kWriteFailure, record, recordPath, errorBuffer)) return result;
-  if (LayoutPending(record, kWholeLayout)) return 0;
-  if (AnySlotOpen(record)) return 1;
-  MergeLayout(form, record, kWholeLayout.Part(kMainTitleBlock, 1));
-  if (const int result = WriteRecord(kWriteFailure, record, recordPath, errorBuffer)) return result;
-  return 1;
-}
 
 }  // namespace
 
@@ -294,6 +248,9 @@ constexpr SettingsFamily kPtzDomePresetFileModule = {
     .recordSize = kRecordSize,
     .readPolicy = kReadPolicy,
     .writeFailure = kWriteFailure,
-    .layout = kWholeLayout,
-    .ownFrame = RunFrame,
+    .layout = CheckedLayout<kRecordSize>(kLayout),
+    .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kPtzDomePresetFileModuleNotes[] = "PTZ dome with the preset file";

@@ -90,21 +90,22 @@ constexpr Field kZeroPointFields[] = {
     U8("ZeroGet", 326, kCommand),
 };
 
+// The blocks each set id opens.
+constexpr Block kScanEdit[] = {Fields(kScanSlot)};
+constexpr Block kPrivacyEdit[] = {Fields(kPrivacySlot)};
+constexpr Block kPatternEdit[] = {Fields(kPatternSlot)};
+constexpr Block kTourEdit[] = {Fields(kTourSetMode), Steps(kTourSteps)};
+
 constexpr Block kLayout[] = {
     Fields(kImageFields),
     Fields(kScanActions),
-    Gate(kScanSetId, kEightSets, 1),
-    Fields(kScanSlot),
+    Gate(kScanSetId, kEightSets, kScanEdit),
     Fields(kPrivacyViewId),
-    Gate(kPrivacySetId, kPrivacySets, 1),
-    Fields(kPrivacySlot),
+    Gate(kPrivacySetId, kPrivacySets, kPrivacyEdit),
     Fields(kPatternActions),
-    Gate(kPatternSetId, kEightSets, 1),
-    Fields(kPatternSlot),
+    Gate(kPatternSetId, kEightSets, kPatternEdit),
     Fields(kTourActions),
-    Gate(kTourSetId, kEightSets, 2),
-    Fields(kTourSetMode),
-    Steps(kTourSteps),
+    Gate(kTourSetId, kEightSets, kTourEdit),
     Fields(kZeroPointFields),
 };
 
@@ -118,3 +119,6 @@ constexpr SettingsFamily kPtzModule1D = {
     .result = kUnlessPending,
     .valueBufferSize = 256,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kPtzModule1DNotes[] = "PTZ module with zero-point calibration";

@@ -140,24 +140,25 @@ constexpr Field kAuxiliaryDevices[] = {
     // 716..717: not set here
 };
 
+// The blocks each set id opens.
+constexpr Block kPresetEdit[] = {Fields(Presets::kSetMode)};
+constexpr Block kGroupEdit[] = {Fields(Groups::kSetEnable), Steps(Groups::kSteps)};
+constexpr Block kPatternEdit[] = {Fields(Patterns::kSetMode)};
+constexpr Block kPrivacyEdit[] = {Fields(kPrivacySlot)};
+
 constexpr Block kLayout[] = {
     Fields(kCamera),
     Fields(Presets::kView),
-    Gate(Presets::kSetId, Presets::kPresets, 1),
-    Fields(Presets::kSetMode),
+    Gate(Presets::kSetId, Presets::kPresets, kPresetEdit),
     Fields(Presets::kClear),
     Fields(Groups::kView),
-    Gate(Groups::kSetId, Groups::kGroups, 2),
-    Fields(Groups::kSetEnable),
-    Steps(Groups::kSteps),
+    Gate(Groups::kSetId, Groups::kGroups, kGroupEdit),
     Fields(kGroupCommands),
     Fields(Patterns::kActions),
-    Gate(Patterns::kSetId, Patterns::kPatterns, 1),
-    Fields(Patterns::kSetMode),
+    Gate(Patterns::kSetId, Patterns::kPatterns, kPatternEdit),
     Fields(kHomeAndAutoRun),
     Fields(kPrivacyViewId),
-    Gate(kPrivacySetId, kPrivacyLimit, 1),
-    Fields(kPrivacySlot),
+    Gate(kPrivacySetId, kPrivacyLimit, kPrivacyEdit),
     Steps(AlarmInputs::kArrays),
     Steps(AlarmOutputs::kArrays),
     Fields(kAlarmClear),
@@ -173,3 +174,6 @@ constexpr SettingsFamily kPtzWiperHeaterModule = {
     .layout = CheckedLayout<kRecordSize>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kPtzWiperHeaterModuleNotes[] = "PTZ wiper and heater module";

@@ -30,3 +30,6 @@ constexpr SettingsFamily kReversedThresholdCamera = {
     .writeFailure = {-1, false},
     .layout = CheckedLayout<9>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kReversedThresholdCameraNotes[] = "Reversed-threshold camera";

@@ -33,3 +33,6 @@ constexpr SettingsFamily kSensUpCamera = {
     .writeFailure = {-1, false},
     .layout = CheckedLayout<16>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kSensUpCameraNotes[] = "Sens-up camera";

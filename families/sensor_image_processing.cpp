@@ -51,3 +51,6 @@ constexpr SettingsFamily kSensorImageProcessing = {
     .writeFailure = {-1, true},
     .layout = CheckedLayout<296>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kSensorImageProcessingNotes[] = "Sensor image processing";

@@ -21,3 +21,6 @@ constexpr SettingsFamily kSingleKeyModule = {
     .layout = CheckedLayout<4>(kLayout),
     .result = kBareAnswer,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kSingleKeyModuleNotes[] = "Single-key module";

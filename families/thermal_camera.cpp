@@ -35,3 +35,6 @@ constexpr SettingsFamily kThermalCamera = {
     .writeFailure = {-2, false},
     .layout = CheckedLayout<22>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kThermalCameraNotes[] = "Thermal camera";

@@ -48,3 +48,6 @@ constexpr SettingsFamily kThermalImagingModule = {
     .layout = CheckedLayout<56>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kThermalImagingModuleNotes[] = "Thermal imaging module";

@@ -2,26 +2,10 @@
 // read, 512-byte form values. Presets, preset run strings, scans, tours and
 // groups have name tables whose slots are addressed by the id being edited;
 // any pending one-shot command answers 204.
-#include <string.h>
-
 #include "frame/settings_frame.h"
 #include "families/families.h"
 
 namespace {
-
-// A text slot per id at start + slotSize * id, the id taken from its id
-// field after that field's own key was merged, and used only below idLimit.
-// The addressing is shared with the daemon and has no bound of its own:
-// large ids reach into later tables and fields. A request without the text
-// (absent or empty) clears the slot's first clearWidth bytes.
-struct NameTable {
-  const char* key;
-  uint32_t start;
-  uint32_t slotSize;
-  uint32_t clearWidth;
-  Field id;  // the id row (merged by its own table)
-  uint32_t idLimit;
-};
 
 // Picture and maintenance settings, merged first.
 constexpr Field kPictureFields[] = {
@@ -79,10 +63,20 @@ constexpr Field kPositionAndAlarmFields[] = {
     // 31..543: not set here
 };
 
+// Name tables: a text slot per id, the id taken from its id row after that
+// row was merged, and used while below the id's limit. The addressing is
+// shared with the daemon and has no bound of its own: an id past a table
+// reaches into the tables and fields after it. A name is copied with its
+// NUL; an absent or empty one clears the slot's first 16 bytes (a run
+// string's 128).
+constexpr SlotOptions NamesBelow(uint32_t idLimit, uint32_t clearWidth) {
+  return {.idLimit = idLimit, .clearWidth = clearWidth};
+}
+
 // Presets: 544 on: names, 32 bytes per preset id.
-constexpr NameTable kPresetNames = {
-    "PresetName", 544, 32, 16, U16("PresetSetId", 25888), kIdle << 8 | kIdle};
 constexpr Field kPresetSetId = U16("PresetSetId", 25888);  // 65535: no preset edited
+constexpr SlotTable kPresetNames =
+    Slots("PresetName", 544, 792, 32, FieldType::Text, 32, NamesBelow(kIdle << 8 | kIdle, 16));
 constexpr Field kPresetEnable = U8("PresetEnable", 25890);
 constexpr Field kPresetFields[] = {
     U8("PresetDwellTime", 25891),
@@ -106,11 +100,12 @@ constexpr Field kPresetRunFields[] = {
     U8("PresetRunSetId", 25957),
 };
 // 25958 on: run strings, 128 bytes per preset run id.
-constexpr NameTable kPresetRunStrings = {
-    "PresetRunStr", 25958, 128, 128, U8("PresetRunSetId", 25957), kIdle};
+constexpr SlotTable kPresetRunStrings =
+    Slots("PresetRunStr", 25958, 4, 128, FieldType::Text, 128, NamesBelow(kIdle, 128));
 
 // Scans: 26502 on: names, 32 bytes per scan id.
-constexpr NameTable kScanNames = {"ScanSetName", 26502, 32, 16, U8("ScanSetId", 26766), kIdle};
+constexpr SlotTable kScanNames =
+    Slots("ScanSetName", 26502, 8, 32, FieldType::Text, 32, NamesBelow(kIdle, 16));
 constexpr Field kScanSetFields[] = {
     U8("ScanSetId", 26766),
     U8("ScanStartId", 26767, kCommand),
@@ -137,7 +132,8 @@ constexpr Field kPatternFields[] = {
 };
 
 // Tours: 26808 on: names, 32 bytes per tour id.
-constexpr NameTable kTourNames = {"TourSetName", 26808, 32, 16, U8("TourSetId", 27464), kIdle};
+constexpr SlotTable kTourNames =
+    Slots("TourSetName", 26808, 20, 32, FieldType::Text, 32, NamesBelow(kIdle, 16));
 constexpr Field kTourSetFields[] = {
     U8("TourSetId", 27464),
     U8("TourSetEnble", 27465),
@@ -154,7 +150,8 @@ constexpr Field kTourRunFields[] = {
 };
 
 // Groups: 27526 on: names, 32 bytes per group id.
-constexpr NameTable kGroupNames = {"GroupSetName", 27526, 32, 16, U8("GroupSetId", 28550), kIdle};
+constexpr SlotTable kGroupNames =
+    Slots("GroupSetName", 27526, 32, 32, FieldType::Text, 32, NamesBelow(kIdle, 16));
 constexpr Field kGroupSetFields[] = {
     U8("GroupSetId", 28550),
     U8("GroupSetEnble", 28551),
@@ -171,51 +168,28 @@ constexpr Field kGroupRunFields[] = {
     U8("GroupAllClear", 28649),
 };
 
-// The name step: a posted text is copied with its NUL, at most slotSize-1
-// characters; then an empty value buffer clears the slot. A copy or a
-// clear that would reach past the record's end is skipped.
-void MergeName(const FormValue& form, const RecordView& record, const NameTable& table) {
-  const uint32_t id = StoredValue(record, table.id);
-  if (id >= table.idLimit) return;
-  const uint32_t slot = table.start + table.slotSize * id;  // below 2^22: no overflow
-  if (form.Lookup(table.key)) {
-    const size_t length = strnlen(form.Text(), table.slotSize - 1);
-    if (slot < record.size && length < record.size - slot) {
-      memcpy(record.bytes + slot, form.Text(), length);
-      record.bytes[slot + length] = '\0';
-    }
-  }
-  if (form.Empty() && slot < record.size && table.clearWidth <= record.size - slot)
-    memset(record.bytes + slot, 0, table.clearWidth);
-}
-
-template <const NameTable& Table>
-void MergeNameOf(const FormValue& form, const RecordView& record) {
-  MergeName(form, record, Table);
-}
-
 // Any pending one-shot command or start/end id (idle at 255) answers 204.
 constexpr Block kLayout[] = {
     Fields(kPictureFields),
     Fields(kPositionAndAlarmFields),
     Fields(kPresetSetId),
     Fields(kPresetEnable),
-    Own(MergeNameOf<kPresetNames>),
+    Slot(kPresetNames, kPresetSetId),
     Fields(kPresetFields),
     Steps(kPresetBoxes),
     Fields(kPresetRunFields),
-    Own(MergeNameOf<kPresetRunStrings>),
+    Slot(kPresetRunStrings, kPresetRunFields[4]),
     Fields(kScanSetFields),
-    Own(MergeNameOf<kScanNames>),
+    Slot(kScanNames, kScanSetFields[0]),
     Fields(kScanRunFields),
     Fields(kPatternFields),
     Fields(kTourSetFields),
-    Own(MergeNameOf<kTourNames>),
+    Slot(kTourNames, kTourSetFields[0]),
     Fields(kTourSetPrsEnble),
     Steps(kTourSteps),
     Fields(kTourRunFields),
     Fields(kGroupSetFields),
-    Own(MergeNameOf<kGroupNames>),
+    Slot(kGroupNames, kGroupSetFields[0]),
     Steps(kGroupSteps),
     Fields(kGroupRunFields),
 };
@@ -230,3 +204,6 @@ constexpr SettingsFamily kThermalPtzPositioner = {
     .result = kUnlessPending,
     .valueBufferSize = 512,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kThermalPtzPositionerNotes[] = "Thermal PTZ positioner";

@@ -120,3 +120,6 @@ constexpr SettingsFamily kTwoSetImageTuning = {
     .writeFailure = {-2, false},
     .layout = CheckedLayout<153>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kTwoSetImageTuningNotes[] = "Two-set image tuning";

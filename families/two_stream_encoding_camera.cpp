@@ -102,3 +102,6 @@ constexpr SettingsFamily kTwoStreamEncodingCamera = {
     .writeFailure = {-1, false},
     .layout = CheckedLayout<252>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kTwoStreamEncodingCameraNotes[] = "Two-stream encoding camera";

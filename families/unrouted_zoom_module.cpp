@@ -39,3 +39,6 @@ constexpr SettingsFamily kUnroutedZoomModule = {
     .writeFailure = {-2, false},
     .layout = CheckedLayout<21>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kUnroutedZoomModuleNotes[] = "Zoom module without a module code";

@@ -78,3 +78,6 @@ constexpr SettingsFamily kWdrIspCamera = {
     .writeFailure = {-2, false},
     .layout = CheckedLayout<kRecordSize>(kLayout),
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kWdrIspCameraNotes[] = "WDR ISP camera";

@@ -114,3 +114,6 @@ constexpr SettingsFamily kZoomCameraModule = {
     .layout = CheckedLayout<108>(kLayout),
     .result = kUnlessPending,
 };
+
+// The key reference's notes (the inspector's alone): the family's name.
+const char kZoomCameraModuleNotes[] = "Zoom camera module";

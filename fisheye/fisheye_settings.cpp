@@ -2,9 +2,9 @@
 
 #include <stdio.h>
 
-#include "frame/record_store.h"
 #include "cgi/cgi_request.h"
 #include "device/device_paths.h"
+#include "filesys/settings_lock.h"
 #include "tcfg/tcfg_util.h"
 
 namespace {
@@ -29,12 +29,13 @@ constexpr FisheyeKey kFisheyeKeys[] = {
 
 }  // namespace
 
-int ZrFisheyeSet(char*) {
+int ZrFisheyeSet(Request& request) {
   // The file is installed with the firmware; it is never created here.
-  TakeSettingsLock();
+  const int lock = TakeSettingsLock(device::kSettingsLockFile);
   tcfg* cfg = new_cfg(device::kFisheyeConfFile, false);
   if (!cfg) {
     fprintf(stderr, "Failed to create cfg [%s]\n", device::kFisheyeConfFile);
+    ReleaseSettingsLock(lock);
     return 1;
   }
   // A file that could not be read whole is never written over.
@@ -43,7 +44,7 @@ int ZrFisheyeSet(char*) {
     char value[128];
     // Written as posted: vmfd reads the numbers itself. A key missing from
     // the file is skipped.
-    if (FormLookup(key.formKey, value, sizeof value) == LookupOk)
+    if (FormLookup(request.form, key.formKey, value, sizeof value) == LookupOk)
       set_cfg_value(cfg, key.configKey, value);
   }
   // Nor is one the lines do not hold whole.
@@ -55,5 +56,6 @@ int ZrFisheyeSet(char*) {
     save_cfg(cfg);
   }
   free_cfg(cfg);
+  ReleaseSettingsLock(lock);
   return 1;
 }

@@ -1,6 +1,7 @@
 // A family's record layout as data: rows (key, offset, width, trait),
 // blocks that say how rows are merged (plain tables, step arrays, set-id
-// gates, cleared texts, one-shot commands, slot tables, composed keys), and
+// gates holding the blocks they open, cleared texts, one-shot commands, slot
+// tables, composed keys, side files), and
 // the compile-time checks every layout passes. The merge, the result rule
 // and any tool that decodes a record or lists the keys walk the same blocks.
 #pragma once
@@ -8,11 +9,10 @@
 #include <stddef.h>
 #include <stdint.h>
 
-struct FormValue;
-struct RecordView;
-
-// The largest record of any family (the thermal PTZ positioner's).
+// The largest record of any family (the thermal PTZ positioner's), and the
+// largest file a family edits beside its record (the PTZ dome's preset file).
 inline constexpr uint32_t kLargestRecord = 28682;
+inline constexpr uint32_t kLargestSideFile = 262760;
 
 // ---- Layout rows ---------------------------------------------------------------
 
@@ -23,6 +23,7 @@ enum class FieldType : uint8_t {
   Text,        // at most size-1 characters and a NUL; the rest of the field kept
   PaddedText,  // up to size characters, NUL-padded, no terminator when full
   Checkbox,    // byte: 1 when its key is posted, 0 when it is not
+  Bit,         // bit `arg` of a byte: set by a value whose low 16 bits are not 0, else cleared
 };
 
 // A family's transform of a converted value before it is stored.
@@ -152,108 +153,206 @@ constexpr IndexedField Indexed(const char* keyFormat, int first, int count, uint
       static_cast<uint8_t>(stride)};
 }
 
-// A table of slots under one key: the slot an id row selects, slot i at
-// offset + i * stride, `slots` of them (see the Slot block).
-constexpr IndexedField SlotTable(const char* key, uint32_t offset, uint32_t slots, uint32_t stride,
-    FieldType type, uint32_t textSize = 0) {
+// A table of slots under one key: the slot its id row selects, ids from
+// `first` up to below idLimit, slot i (id first + i) at offset + i * stride
+// (a bit table's bit i in byte offset + i / 8). `slots` is what the table
+// holds; an id limit past it lets ids reach the bytes after the table (the
+// daemon's addressing), and a store that would pass the record's end is
+// skipped. An absent or empty value clears `clearWidth` bytes of the slot.
+struct SlotTable {
+  const char* key;
+  uint16_t offset;
+  uint16_t slots;
+  uint16_t idLimit;
+  uint8_t form;  // as Field::form
+  uint8_t arg;   // as Field::arg
+  uint8_t stride;
+  uint8_t first;
+  uint8_t clearWidth;
+
+  constexpr FieldType Type() const { return static_cast<FieldType>(form & 7); }
+  constexpr Field Slot(int i) const {
+    if (Type() == FieldType::Bit)
+      return {key, static_cast<uint16_t>(offset + i / 8), form, static_cast<uint8_t>(i % 8)};
+    return {key, static_cast<uint16_t>(offset + i * stride), form, arg};
+  }
+};
+
+struct SlotOptions {
+  uint32_t first = 0;       // the id of the first slot
+  uint32_t idLimit = 0;     // 0: first + slots
+  uint32_t clearWidth = 0;  // bytes an absent or empty value clears
+};
+constexpr SlotTable Slots(const char* key, uint32_t offset, uint32_t slots, uint32_t stride,
+    FieldType type, uint32_t textSize = 0, SlotOptions options = {}) {
   return {key,
       static_cast<uint16_t>(offset),
       static_cast<uint16_t>(slots),
+      static_cast<uint16_t>(options.idLimit ? options.idLimit : options.first + slots),
       PackForm(type, kPlain),
       static_cast<uint8_t>(textSize),
-      0,
-      static_cast<uint8_t>(stride)};
+      static_cast<uint8_t>(stride),
+      static_cast<uint8_t>(options.first),
+      static_cast<uint8_t>(options.clearWidth)};
 }
 
 // ---- Layout blocks -----------------------------------------------------------
 
+struct Block;
+struct OwnContext;  // frame/settings_frame.h: the request, the record and the row
+struct SideFile;    // frame/settings_frame.h: a file edited beside the record
+
 // A family's own step, for what no block can say.
-using OwnRule = void (*)(const FormValue& form, const RecordView& record);
+using OwnRule = void (*)(const OwnContext& context);
 
 enum class Op : uint8_t {
-  Fields,  // every row, in table order
-  Steps,   // parallel arrays, element by element: every array's key for an index, then the next
-           // index
-  Gate,    // the set-id row; the next `count` blocks only while its stored value is below `limit`
+  Fields,        // a table of rows, in table order
+  Steps,         // parallel arrays, element by element: every array's key for an index, then the
+                 // next index
+  Gate,          // a set-id row, then the blocks it holds, merged only while the stored id is
+                 // below its limit
   ClearedText,   // a text row; an absent or empty value clears the whole field
   KeyValueLock,  // the "KeyValue" row; while its byte is not 0 nothing after it is merged
   OneShot,       // a one-shot command row; a request without it leaves the command idle
-  Slot,  // a slot table's key, stored in the slot its id row selects while the id is below the slot
-         // count
-  Product,  // keys made of a prefix and a suffix: every outer row (prefix, base offset) with
-            // every inner row (suffix, offset from the base, type)
-  Own,      // the family's own rule
+  Slot,          // a slot table's key, stored in the slot its id row selects
+  Product,       // keys made of a prefix and a suffix: every outer row (prefix, base offset) with
+                 // every inner row (suffix, offset from the base, type)
+  Own,           // the family's own rule
+  SideFile,      // a file the family edits beside its record, merged by its own layout
+  PlainSave,     // blocks merged only by a plain save: one that opened no gate and left no
+                 // command pending; the record is written without them, then again with them
+};
+
+// What each kind of block holds.
+struct TableBlock {
+  const Field* rows;
+  uint8_t count;
+  uint8_t pendingFirst, pendingEnd;  // the rows that may be pending, for the result rule
+};
+struct StepsBlock {
+  const IndexedField* arrays;
+  uint8_t count;
+};
+struct GateBlock {
+  const Field* setId;
+  const Block* blocks;  // the blocks it opens
+  uint16_t limit;
+  uint8_t count;
+};
+struct RowBlock {  // ClearedText, KeyValueLock, OneShot
+  const Field* row;
+};
+struct SlotBlock {
+  const SlotTable* table;
+  const Field* id;  // merged by its own block; the slot block only reads it
+};
+struct ProductBlock {
+  const Field* outer;
+  const Field* inner;
+  uint8_t outerCount, innerCount;
+};
+struct OwnBlock {
+  OwnRule rule;
+  const Field* row;  // the row the rule belongs to, or null
+};
+struct SideFileBlock {
+  const SideFile* file;
+};
+struct BlockList {  // PlainSave
+  const Block* blocks;
+  uint8_t count;
 };
 
 struct Block {
   Op op;
-  uint8_t count;
-  uint16_t limit;  // Gate: the set-id limit; Product: the inner rows; Fields: the rows that may be
-                   // pending
-  const Field* fields;
-  const IndexedField* arrays;
-  OwnRule own;
+  union {
+    TableBlock table;
+    StepsBlock steps;
+    GateBlock gate;
+    RowBlock single;
+    SlotBlock slot;
+    ProductBlock product;
+    OwnBlock own;
+    SideFileBlock side;
+    BlockList plainSave;
+  };
+  constexpr Block(TableBlock b) : op(Op::Fields), table(b) {}
+  constexpr Block(StepsBlock b) : op(Op::Steps), steps(b) {}
+  constexpr Block(GateBlock b) : op(Op::Gate), gate(b) {}
+  constexpr Block(Op o, RowBlock b) : op(o), single(b) {}
+  constexpr Block(SlotBlock b) : op(Op::Slot), slot(b) {}
+  constexpr Block(ProductBlock b) : op(Op::Product), product(b) {}
+  constexpr Block(OwnBlock b) : op(Op::Own), own(b) {}
+  constexpr Block(SideFileBlock b) : op(Op::SideFile), side(b) {}
+  constexpr Block(BlockList b) : op(Op::PlainSave), plainSave(b) {}
 };
 
 template <size_t N>
 constexpr Block Fields(const Field (&rows)[N]) {
   static_assert(N < 256, "a table holds at most 255 rows");
-  // limit: the rows that may be pending, first | end << 8, for the result rule.
-  size_t first = N, end = 0;
+  size_t first = 0, end = 0;
   for (size_t r = 0; r < N; ++r)
     if (rows[r].PendingWhile() != Pending::Never) {
-      if (first == N) first = r;
+      if (end == 0) first = r;
       end = r + 1;
     }
-  const uint16_t pendingRows = end == 0 ? 0 : static_cast<uint16_t>(first | end << 8);
-  return {Op::Fields, static_cast<uint8_t>(N), pendingRows, rows, nullptr, nullptr};
+  return TableBlock{
+      rows, static_cast<uint8_t>(N), static_cast<uint8_t>(first), static_cast<uint8_t>(end)};
 }
 constexpr Block Fields(const Field& row) {
-  const uint16_t pendingRows = row.PendingWhile() != Pending::Never ? 1 << 8 : 0;
-  return {Op::Fields, 1, pendingRows, &row, nullptr, nullptr};
+  return TableBlock{&row, 1, 0, static_cast<uint8_t>(row.PendingWhile() != Pending::Never)};
 }
 template <size_t N>
 constexpr Block Steps(const IndexedField (&arrays)[N]) {
   static_assert(N < 256, "a step block holds at most 255 arrays");
-  return {Op::Steps, static_cast<uint8_t>(N), 0, nullptr, arrays, nullptr};
+  return StepsBlock{arrays, static_cast<uint8_t>(N)};
 }
-constexpr Block Steps(const IndexedField& array) {
-  return {Op::Steps, 1, 0, nullptr, &array, nullptr};
-}
+constexpr Block Steps(const IndexedField& array) { return StepsBlock{&array, 1}; }
 // The set id is stored when posted (a byte keeps its low 8 bits); the
-// following `blocks` blocks are merged only while it is below limit.
-constexpr Block Gate(const Field& setId, uint32_t limit, int blocks) {
-  return {Op::Gate,
-      static_cast<uint8_t>(blocks),
-      static_cast<uint16_t>(limit),
-      &setId,
-      nullptr,
-      nullptr};
+// blocks it holds are merged only while it is below limit.
+template <size_t N>
+constexpr Block Gate(const Field& setId, uint32_t limit, const Block (&blocks)[N]) {
+  static_assert(N < 256, "a gate holds at most 255 blocks");
+  return GateBlock{&setId, blocks, static_cast<uint16_t>(limit), static_cast<uint8_t>(N)};
 }
-constexpr Block ClearedText(const Field& text) {
-  return {Op::ClearedText, 1, 0, &text, nullptr, nullptr};
-}
+constexpr Block ClearedText(const Field& text) { return Block(Op::ClearedText, RowBlock{&text}); }
 constexpr Block KeyValueLock(const Field& keyValue) {
-  return {Op::KeyValueLock, 1, 0, &keyValue, nullptr, nullptr};
+  return Block(Op::KeyValueLock, RowBlock{&keyValue});
 }
-constexpr Block OneShot(const Field& command) {
-  return {Op::OneShot, 1, 0, &command, nullptr, nullptr};
-}
-// The id row is merged by its own block; this one only reads it.
-constexpr Block Slot(const IndexedField& table, const Field& id) {
-  return {Op::Slot, 1, 0, &id, &table, nullptr};
-}
+constexpr Block OneShot(const Field& command) { return Block(Op::OneShot, RowBlock{&command}); }
+// The slot the id row selects (see SlotTable).
+constexpr Block Slot(const SlotTable& table, const Field& id) { return SlotBlock{&table, &id}; }
 // rows: the outer rows, then the inner rows.
 template <size_t N>
 constexpr Block Product(const Field (&rows)[N], int outer) {
-  return {Op::Product,
-      static_cast<uint8_t>(outer),
-      static_cast<uint16_t>(N - outer),
-      rows,
-      nullptr,
-      nullptr};
+  return ProductBlock{
+      rows, rows + outer, static_cast<uint8_t>(outer), static_cast<uint8_t>(N - outer)};
 }
-constexpr Block Own(OwnRule rule) { return {Op::Own, 0, 0, nullptr, nullptr, rule}; }
+// The family's own rule; row: the row it belongs to, handed to the rule.
+constexpr Block Own(OwnRule rule) { return OwnBlock{rule, nullptr}; }
+constexpr Block Own(const Field& row, OwnRule rule) { return OwnBlock{rule, &row}; }
+// The file is read, merged by its layout (its slot tables' ids are rows of
+// the family's record) and written where the block stands; a failed write
+// ends the request with the file's write-failure result.
+constexpr Block Side(const SideFile& file) { return SideFileBlock{&file}; }
+template <size_t N>
+constexpr Block PlainSave(const Block (&blocks)[N]) {
+  return BlockList{blocks, static_cast<uint8_t>(N)};
+}
+
+// Every block of a list and of the gates and plain saves in it, in merge
+// order, with the gate or plain-save block that holds it (or `holder`).
+template <typename Visit>
+constexpr void ForEachBlock(
+    const Block* blocks, size_t count, Visit visit, const Block* holder = nullptr) {
+  for (size_t b = 0; b < count; ++b) {
+    visit(blocks[b], holder);
+    if (blocks[b].op == Op::Gate)
+      ForEachBlock(blocks[b].gate.blocks, blocks[b].gate.count, visit, &blocks[b]);
+    if (blocks[b].op == Op::PlainSave)
+      ForEachBlock(blocks[b].plainSave.blocks, blocks[b].plainSave.count, visit, &blocks[b]);
+  }
+}
 
 // ---- Compile-time layout checks ---------------------------------------------
 
@@ -262,7 +361,6 @@ constexpr Block Own(OwnRule rule) { return {Op::Own, 0, 0, nullptr, nullptr, rul
 void LayoutErrorFieldOutsideRecord();
 void LayoutErrorTableNotInOffsetOrder();
 void LayoutErrorFieldsOverlap();
-void LayoutErrorGateRunsPastLayout();
 void LayoutErrorRecordTooLarge();
 void LayoutErrorKeyTooLong();
 void LayoutErrorStepCountsDiffer();
@@ -275,22 +373,30 @@ struct Span {
   uint32_t end;
 };
 
-// Every byte range a block's rows occupy (arrays element by element).
-// Every row a block stores, arrays and slot tables element by element, a
-// product's keys as they are composed (prefix and suffix given apart).
+// Every row a block stores: a table's rows, arrays and slot tables element
+// by element, a product's keys as they are composed (prefix and suffix
+// given apart), a gate's set id (the blocks it holds are blocks of their
+// own). Own, side-file and plain-save blocks have none.
 template <typename Visit>
 constexpr void ForEachRow(const Block& block, Visit visit) {
   switch (block.op) {
+    case Op::Fields:
+      for (int r = 0; r < block.table.count; ++r)
+        visit(block.table.rows[r], block.table.rows[r].key, "");
+      break;
     case Op::Steps:
+      for (int a = 0; a < block.steps.count; ++a)
+        for (int i = 0; i < block.steps.arrays[a].count; ++i)
+          visit(block.steps.arrays[a].Element(i), "", "");
+      break;
     case Op::Slot:
-      for (int a = 0; a < block.count; ++a)
-        for (int i = 0; i < block.arrays[a].count; ++i) visit(block.arrays[a].Element(i), "", "");
+      for (int i = 0; i < block.slot.table->slots; ++i) visit(block.slot.table->Slot(i), "", "");
       break;
     case Op::Product:
-      for (int o = 0; o < block.count; ++o) {
-        const Field& outer = block.fields[o];
-        for (int i = 0; i < block.limit; ++i) {
-          const Field& inner = block.fields[block.count + i];
+      for (int o = 0; o < block.product.outerCount; ++o) {
+        const Field& outer = block.product.outer[o];
+        for (int i = 0; i < block.product.innerCount; ++i) {
+          const Field& inner = block.product.inner[i];
           visit(Field{nullptr,
                     static_cast<uint16_t>(outer.offset + inner.offset),
                     inner.form,
@@ -300,73 +406,70 @@ constexpr void ForEachRow(const Block& block, Visit visit) {
         }
       }
       break;
-    case Op::Own: break;
-    case Op::Fields:
-      for (int r = 0; r < block.count; ++r) visit(block.fields[r], block.fields[r].key, "");
-      break;
-    default: visit(block.fields[0], block.fields[0].key, ""); break;
+    case Op::Gate: visit(*block.gate.setId, block.gate.setId->key, ""); break;
+    case Op::ClearedText:
+    case Op::KeyValueLock:
+    case Op::OneShot: visit(*block.single.row, block.single.row->key, ""); break;
+    case Op::Own:
+    case Op::SideFile:
+    case Op::PlainSave: break;
   }
 }
 
+// The byte ranges a block's rows occupy (a bit table's bytes once each).
 template <typename Visit>
 constexpr void ForEachSpan(const Block& block, Visit visit) {
   ForEachRow(block, [&](const Field& row, const char*, const char*) {
-    visit(Span{row.offset, row.offset + row.Width()});
+    if (row.Type() != FieldType::Bit || row.arg == 0)
+      visit(Span{row.offset, row.offset + row.Width()});
   });
 }
 
 // Inside the record; rows of a table and arrays of a step block in offset
 // order; no two byte ranges of the family overlapping unless `overlaps`
 // declares them (pairs of offsets).
-consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSize,
+consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSize, uint32_t largest,
     const uint16_t* overlaps, size_t overlapCount) {
-  if (recordSize > kLargestRecord) LayoutErrorRecordTooLarge();
-  for (size_t b = 0; b < count; ++b) {
-    const Block& block = blocks[b];
-    if (block.op == Op::Gate && b + block.count >= count) LayoutErrorGateRunsPastLayout();
+  if (recordSize > largest) LayoutErrorRecordTooLarge();
+  uint32_t used = 0;  // the end of the last byte a row takes
+  ForEachBlock(blocks, count, [&](const Block& block, const Block*) {
     ForEachSpan(block, [&](Span s) {
       if (s.end > recordSize || s.begin >= s.end) LayoutErrorFieldOutsideRecord();
+      if (s.end > used) used = s.end;
     });
     if (block.op == Op::Fields)
-      for (int r = 1; r < block.count; ++r)
-        if (block.fields[r].offset <= block.fields[r - 1].offset)
+      for (int r = 1; r < block.table.count; ++r)
+        if (block.table.rows[r].offset <= block.table.rows[r - 1].offset)
           LayoutErrorTableNotInOffsetOrder();
     if (block.op == Op::Steps)
-      for (int a = 1; a < block.count; ++a)
-        if (block.arrays[a].offset <= block.arrays[a - 1].offset)
+      for (int a = 0; a < block.steps.count; ++a) {
+        const IndexedField& array = block.steps.arrays[a];
+        if (a > 0 && array.offset <= block.steps.arrays[a - 1].offset)
           LayoutErrorTableNotInOffsetOrder();
-    if (block.op == Op::Steps || block.op == Op::Slot)
-      for (int a = 0; a < block.count; ++a) {
-        const IndexedField& array = block.arrays[a];
-        if (array.count != block.arrays[0].count) LayoutErrorStepCountsDiffer();
-        if (array.count < 1 ||
-            array.offset + (array.count - 1u) * array.stride + WidthOf(array.Type(), array.arg) >
-                recordSize)
-          LayoutErrorFieldOutsideRecord();
+        if (array.count != block.steps.arrays[0].count) LayoutErrorStepCountsDiffer();
+        if (array.count < 1) LayoutErrorFieldOutsideRecord();
       }
+    if (block.op == Op::Slot && block.slot.table->slots < 1) LayoutErrorFieldOutsideRecord();
     if (block.op == Op::Product) {
-      for (int r = 1; r < block.count + block.limit; ++r)
-        if (r != block.count && block.fields[r].offset <= block.fields[r - 1].offset)
-          LayoutErrorTableNotInOffsetOrder();
+      const ProductBlock& p = block.product;
+      for (int r = 1; r < p.outerCount; ++r)
+        if (p.outer[r].offset <= p.outer[r - 1].offset) LayoutErrorTableNotInOffsetOrder();
+      for (int r = 1; r < p.innerCount; ++r)
+        if (p.inner[r].offset <= p.inner[r - 1].offset) LayoutErrorTableNotInOffsetOrder();
       ForEachRow(block, [&](const Field&, const char* prefix, const char* suffix) {
         size_t length = 0;
         while (prefix[length]) ++length;
         for (size_t i = 0; suffix[i]; ++i) ++length;
         if (length >= kProductKeySize) LayoutErrorKeyTooLong();
       });
-      for (int o = 0; o < block.count; ++o)
-        if (block.fields[o].offset + block.fields[block.count + block.limit - 1].offset +
-                block.fields[block.count + block.limit - 1].Width() >
-            recordSize)
-          LayoutErrorFieldOutsideRecord();
     }
-  }
+  });
   // Each byte remembers the range that took it (its first offset + 1): a
   // second range on it must be one the family declares.
-  uint32_t* owner = new uint32_t[recordSize]();
-  for (size_t b = 0; b < count; ++b) {
-    ForEachSpan(blocks[b], [&](Span s) {
-      for (uint32_t at = s.begin; at < s.end && at < recordSize; ++at) {
+  uint32_t* owner = new uint32_t[used + 1]();
+  ForEachBlock(blocks, count, [&](const Block& block, const Block*) {
+    ForEachSpan(block, [&](Span s) {
+      for (uint32_t at = s.begin; at < s.end; ++at) {
         if (owner[at] != 0) {
           bool declared = false;
           for (size_t o = 0; o + 1 < overlapCount; o += 2)
@@ -377,37 +480,41 @@ consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSiz
         owner[at] = s.begin + 1;
       }
     });
-  }
+  });
   delete[] owner;
   return true;
 }
 
 // A family's layout: only CheckedLayout makes one, so every layout that
-// builds has been checked against its record.
+// builds has been checked against its record. Largest: a settings record's
+// limit, or a side file's (kLargestSideFile).
+class Layout;
+template <uint32_t RecordSize, uint32_t Largest = kLargestRecord, size_t N, size_t M>
+consteval Layout CheckedLayout(const Block (&blocks)[N], const uint16_t (&overlaps)[M]);
+template <uint32_t RecordSize, uint32_t Largest = kLargestRecord, size_t N>
+consteval Layout CheckedLayout(const Block (&blocks)[N]);
+
 class Layout {
  public:
   const Block* blocks;
   uint8_t count;
 
-  // Blocks first .. first+n-1, for a family that runs its own frame in parts.
-  constexpr Layout Part(uint8_t first, uint8_t n) const { return Layout(blocks + first, n); }
-
-  template <uint32_t RecordSize, size_t N, size_t M>
+  template <uint32_t RecordSize, uint32_t Largest, size_t N, size_t M>
   friend consteval Layout CheckedLayout(const Block (&blocks)[N], const uint16_t (&overlaps)[M]);
-  template <uint32_t RecordSize, size_t N>
+  template <uint32_t RecordSize, uint32_t Largest, size_t N>
   friend consteval Layout CheckedLayout(const Block (&blocks)[N]);
 
  private:
   constexpr Layout(const Block* b, uint8_t n) : blocks(b), count(n) {}
 };
 
-template <uint32_t RecordSize, size_t N, size_t M>
+template <uint32_t RecordSize, uint32_t Largest, size_t N, size_t M>
 consteval Layout CheckedLayout(const Block (&blocks)[N], const uint16_t (&overlaps)[M]) {
-  CheckLayout(blocks, N, RecordSize, overlaps, M);
+  CheckLayout(blocks, N, RecordSize, Largest, overlaps, M);
   return Layout(blocks, static_cast<uint8_t>(N));
 }
-template <uint32_t RecordSize, size_t N>
+template <uint32_t RecordSize, uint32_t Largest, size_t N>
 consteval Layout CheckedLayout(const Block (&blocks)[N]) {
-  CheckLayout(blocks, N, RecordSize, nullptr, 0);
+  CheckLayout(blocks, N, RecordSize, Largest, nullptr, 0);
   return Layout(blocks, static_cast<uint8_t>(N));
 }

@@ -1,14 +1,12 @@
 #include "frame/record_store.h"
 
-#include "device/device_paths.h"
-#include "filesys/atomic_file.h"
-
+#include <stdio.h>
 #include <errno.h>
 #include <fcntl.h>
-#include <stdio.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "filesys/atomic_file.h"
 
 namespace {
 
@@ -79,20 +77,4 @@ int ZrCamCtlWriteConfToFile(const void* record, int32_t recordSize, const char* 
     case -1: fprintf(stderr, "fclose is failed [PATH:%s]\n", filePath); return -3;
     default: fprintf(stderr, "fopen is failed [PATH:%s]\n", filePath); return -2;
   }
-}
-
-void TakeSettingsLock() {
-  // A file on the RAM file system beside the daemons' pid files: always
-  // writable, even when the settings directory is read-only or full, and
-  // never read. Children (the shell commands) do not inherit it.
-  const int fd = open(device::kSettingsLockFile, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
-  if (fd >= 0) {
-    for (int waited = 0; waited < 2000; waited += 10) {
-      if (flock(fd, LOCK_EX | LOCK_NB) == 0) return;
-      if (errno != EWOULDBLOCK && errno != EINTR) break;
-      usleep(10000);
-    }
-    close(fd);
-  }
-  fputs("[TakeSettingsLock] lock not taken, saving unlocked\n", stderr);
 }

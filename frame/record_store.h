@@ -8,9 +8,3 @@
 // (for a write, also when the file cannot be closed cleanly).
 int ZrCamCtlReadConfFromFile(void* record, int32_t recordSize, const char* filePath);
 int ZrCamCtlWriteConfToFile(const void* record, int32_t recordSize, const char* filePath);
-
-// Waits up to about 2 s for the lock that serializes saves of the settings
-// files, then holds it until the process exits. A lock that cannot be taken
-// is reported on one line and the save goes on unlocked: it never fails a
-// request.
-void TakeSettingsLock();

@@ -26,5 +26,4 @@ struct RecordView {
     for (uint32_t i = 0; i < 4; ++i) value |= static_cast<uint32_t>(bytes[offset + i]) << (8 * i);
     return value;
   }
-  int32_t GetI32(uint32_t offset) const { return static_cast<int32_t>(GetU32(offset)); }
 };

@@ -34,11 +34,12 @@ struct WriteFailure {
 // The handler's value buffer: every lookup overwrites it, and the value is
 // converted right after its own lookup.
 struct FormValue {
+  const Form& form;
   char* buffer;
   int size;
 
   // True only when the key was posted with a value that fits the buffer.
-  bool Lookup(const char* key) const { return FormLookup(key, buffer, size) == LookupOk; }
+  bool Lookup(const char* key) const { return FormLookup(form, key, buffer, size) == LookupOk; }
   // Looks up keyFormat with %d replaced by index.
   bool LookupIndexed(const char* keyFormat, int index) const;
   int32_t Int() const;
@@ -46,13 +47,21 @@ struct FormValue {
   bool Empty() const { return buffer[0] == '\0'; }
 };
 
+// What a family's own rule gets: the request and its form value, the
+// record, and the row the rule belongs to (null when it belongs to none).
+struct OwnContext {
+  const Request& request;
+  const FormValue& form;
+  const RecordView& record;
+  const Field* row;
+};
+
 // ---- Result rules -------------------------------------------------------------
 
 enum class Answer : uint8_t {
-  ReturnPage,             // always 1
-  Bare,                   // always 0: the bare 204 answer
-  UnlessPending,          // 0 while a row of the layout holds a pending command, else 1
-  UnlessPendingIfModule,  // the same on modules whose row asks for it, else 1
+  ReturnPage,     // always 1
+  Bare,           // always 0: the bare 204 answer
+  UnlessPending,  // 0 while a row of the layout holds a pending command, else 1
 };
 struct ResultRule {
   Answer answer;
@@ -60,14 +69,22 @@ struct ResultRule {
 inline constexpr ResultRule kReturnPage = {Answer::ReturnPage};
 inline constexpr ResultRule kBareAnswer = {Answer::Bare};
 inline constexpr ResultRule kUnlessPending = {Answer::UnlessPending};
-inline constexpr ResultRule kUnlessPendingIfModule = {Answer::UnlessPendingIfModule};
 
 // ---- The family ------------------------------------------------------------------
 
-struct SettingsFamily;
-// A family that handles more than one file runs its own frame.
-using OwnFrame = int (*)(const SettingsFamily& family, char* errorBuffer, const char* recordPath);
+// A file a family edits beside its record (a Side block): read, merged by
+// its own layout and written like the record, by its own policies.
+struct SideFile {
+  const char* path;
+  uint32_t size;
+  ReadPolicy readPolicy;
+  WriteFailure writeFailure;
+  Layout layout;
+};
 
+// A family: its record, policies, layout and result rule. A variant for
+// some modules (another record size, another result rule) is a constant of
+// its own in the family's file.
 struct SettingsFamily {
   uint16_t recordSize;
   ReadPolicy readPolicy;
@@ -75,35 +92,17 @@ struct SettingsFamily {
   Layout layout;
   ResultRule result = kReturnPage;
   uint16_t valueBufferSize = kValueBufferSize;
-  OwnFrame ownFrame = nullptr;
-};
-
-// What a module's table row adds to its family.
-enum ModuleOption : uint8_t {
-  kNoOption = 0,
-  kAnswersPending = 1,  // UnlessPendingIfModule applies to this module
 };
 
 // ---- The frame ------------------------------------------------------------------
 
-// The steps of the frame; the record buffer lives on the stack.
-int RunSettingsFrame(
-    const SettingsFamily& family, uint8_t moduleOption, char* errorBuffer, const char* recordPath);
+// Read the record, merge the layout (side files and plain-save blocks in
+// their turn), write, answer. The record buffer lives on the stack. A
+// failed read or write is reported in the request's error buffer.
+int RunSettingsFrame(Request& request, const SettingsFamily& family, const char* recordPath);
 
-// The steps, for families that run their own frame.
-// ReadRecord: 0 to go on merging, or the handler's result when it must stop.
-// WriteRecord: 0 when stored, or the family's write-failure result.
-int ReadRecord(ReadPolicy policy, const RecordView& record, const char* path, char* errorBuffer);
-int WriteRecord(
-    WriteFailure failure, const RecordView& record, const char* path, char* errorBuffer);
-void MergeLayout(const FormValue& form, const RecordView& record, const Layout& layout);
+// True while a row of the layout holds a pending command (by its trait).
 bool LayoutPending(const RecordView& record, const Layout& layout);
-
-// Plain field: when the key is posted, its value (after the row's rule) is
-// stored with the row's width. True when it was posted.
-bool MergeField(const FormValue& form, const RecordView& record, const Field& field);
-// A text row that an absent or empty value clears whole.
-void MergeClearedText(const FormValue& form, const RecordView& record, const Field& text);
 // Stores a value with a row's width and rule, as a posted value would be.
 void StoreField(const RecordView& record, const Field& field, int32_t value);
 // The value a byte or halfword row holds.

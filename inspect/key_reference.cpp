@@ -25,9 +25,6 @@ const char* ResultText(Answer answer) {
     case Answer::ReturnPage: return "the return page";
     case Answer::Bare: return "the bare 204";
     case Answer::UnlessPending: return "204 while a row's command is pending, else the return page";
-    case Answer::UnlessPendingIfModule:
-      return "on the modules marked *pending*, 204 while a row's command is pending; else the "
-             "return page";
   }
   return "";
 }
@@ -61,9 +58,20 @@ void RuleText(const RecordKey& key, char* out, size_t size) {
   if (f.Type() == FieldType::Checkbox) add("checkbox: 1 when posted, 0 when not");
   if (f.Type() == FieldType::Text) add("at most %u characters and a NUL", arg - 1);
   if (f.Type() == FieldType::PaddedText) add("up to %u characters, NUL-padded", arg);
-  switch (key.op) {
+  if (f.Type() == FieldType::Bit) add("a bit: set by a value whose low 16 bits are not 0");
+  if (key.kind == KeyKind::Slot) {
+    const SlotTable& table = *key.block->slot.table;
+    if (table.idLimit > table.first + table.slots)
+      add("ids up to %u reach past the table; a store past the record's end is skipped",
+          table.idLimit - 1u);
+    if (table.clearWidth)
+      add("absent or empty: the slot's first %u bytes cleared", table.clearWidth);
+  }
+  if (key.plainSave)
+    add("only by a plain save (no gate open, nothing pending), written after the rest");
+  switch (key.block->op) {
     case Op::Gate:
-      add("set id: the blocks after it are merged only while it is below its limit");
+      add("set id: the blocks it holds are merged only while it is below its limit");
       break;
     case Op::ClearedText: add("cleared whole when absent or empty"); break;
     case Op::KeyValueLock: add("while not 0, nothing after it is merged"); break;
@@ -82,18 +90,119 @@ void KeyPattern(const char* format, char* out, size_t size) {
   snprintf(out, size, "%.*s<n>%s", static_cast<int>(mark - format), format, mark + 2);
 }
 
-void WriteFamily(FILE* out, const SettingsFamily& family, const RecordKey* keys, int count) {
+// The keys of a layout, block by block in merge order, its own rules among
+// them, and the side files it edits (listed after it).
+struct SideEntry {
+  const SideFile* file;
+  const Block* gate;  // the gate that holds its block, or null
+};
+constexpr int kMaxSideFiles = 4;
+
+void WriteKeys(FILE* out, const FamilyNotes* notes, const Layout& layout, const Block* gate,
+    SideEntry* sideFiles, int& sideCount) {
+  static RecordKey keys[kMaxRecordKeys];
+  const int count = ListRecordKeys(layout, keys, kMaxRecordKeys, false, gate);
+  fputs("\n| offset | key | width | gate | rule |\n|---:|---|---|---|---|\n", out);
+  int own = 0;
+  ForEachBlock(layout.blocks, layout.count, [&](const Block& block, const Block* holder) {
+    if (block.op == Op::SideFile && sideCount < kMaxSideFiles)
+      sideFiles[sideCount++] = {block.side.file, holder};
+    if (block.op == Op::Own) {
+      char text[512] = "", type[16] = "", offset[16] = "", on[kShownKeySize] = "";
+      if (notes) NoteLine(*notes, 2 + own, text, sizeof text);
+      ++own;
+      if (const Field* row = block.own.row) {
+        TypeName(*row, type, sizeof type);
+        snprintf(offset, sizeof offset, "%u", static_cast<unsigned>(row->offset));
+        snprintf(on, sizeof on, " on `%s`", row->key);
+      }
+      fprintf(out,
+          "| %s | *own rule*%s | %s | | the family's own rule%s%s |\n",
+          offset,
+          on,
+          type,
+          text[0] ? ": " : "",
+          text);
+      return;
+    }
+    for (int k = 0; k < count; ++k) {
+      const RecordKey& key = keys[k];
+      if (key.block != &block) continue;
+      char name[3 * kShownKeySize], type[16], rule[320], offset[48], gateText[2 * kShownKeySize];
+      TypeName(key.field, type, sizeof type);
+      RuleText(key, rule, sizeof rule);
+      snprintf(offset, sizeof offset, "%u", static_cast<unsigned>(key.field.offset));
+      gateText[0] = '\0';
+      if (key.group && key.kind != KeyKind::Slot)
+        snprintf(gateText,
+            sizeof gateText,
+            "`%s` below %u",
+            key.group->key,
+            static_cast<unsigned>(key.limit));
+      else if (gate && key.kind == KeyKind::Slot)
+        snprintf(gateText,
+            sizeof gateText,
+            "`%s` below %u",
+            gate->gate.setId->key,
+            static_cast<unsigned>(gate->gate.limit));
+      if (key.kind == KeyKind::Element || key.kind == KeyKind::Slot) {
+        // An array or a slot table on one line: its first element and its last.
+        int last = k;
+        while (
+            last + 1 < count && keys[last + 1].block == &block && keys[last + 1].name == key.name)
+          ++last;
+        if (key.field.Type() == FieldType::Bit)
+          snprintf(offset,
+              sizeof offset,
+              "%u..%u, a bit each",
+              static_cast<unsigned>(key.field.offset),
+              static_cast<unsigned>(keys[last].field.offset));
+        else
+          snprintf(offset,
+              sizeof offset,
+              "%u..%u step %u",
+              static_cast<unsigned>(key.field.offset),
+              static_cast<unsigned>(keys[last].field.offset),
+              last > k ? keys[k + 1].field.offset - key.field.offset : 0u);
+        char pattern[kShownKeySize];
+        KeyPattern(key.name, pattern, sizeof pattern);
+        if (key.kind == KeyKind::Element)
+          snprintf(name,
+              sizeof name,
+              "`%s`, n = %u..%u",
+              pattern,
+              static_cast<unsigned>(key.index),
+              static_cast<unsigned>(keys[last].index));
+        else
+          snprintf(name,
+              sizeof name,
+              "`%s` in slot `%s` (%u..%u)",
+              pattern,
+              key.group->key,
+              static_cast<unsigned>(key.index),
+              static_cast<unsigned>(keys[last].index));
+        k = last;
+      } else {
+        char posted[kShownKeySize];
+        PostedKey(key, posted, sizeof posted);
+        snprintf(name, sizeof name, "`%s`", posted);
+      }
+      fprintf(out, "| %s | %s | %s | %s | %s |\n", offset, name, type, gateText, rule);
+    }
+  });
+}
+
+void WriteFamily(FILE* out, const SettingsFamily& family) {
   const FamilyNotes* notes = FindFamilyNotes(&family);
-  fprintf(out, "\n## %s\n\n", notes ? notes->name : "(a family without notes)");
+  char name[128] = "(a family without notes)", ownKeys[512] = "";
+  if (notes) NoteLine(*notes, 0, name, sizeof name), NoteLine(*notes, 1, ownKeys, sizeof ownKeys);
+  fprintf(out, "\n## %s\n\n", name);
+  if (notes) fprintf(out, "- File: `families/%s.cpp`\n", notes->file);
   fputs("- Module codes:", out);
   int codes = 0;
   for (const ModuleRow& row : ModuleTable) {
     if (row.family != &family) continue;
-    fprintf(out,
-        " %c%c%s",
-        row.code >> 8,
-        row.code & 0xFF,
-        row.option & kAnswersPending ? " (*pending*)" : "");
+    fprintf(out, " %c%c", row.code >> 8, row.code & 0xFF);
     ++codes;
   }
   fprintf(out, "%s\n", codes ? "" : " none (no module code routes to it)");
@@ -107,67 +216,25 @@ void WriteFamily(FILE* out, const SettingsFamily& family, const RecordKey* keys,
       family.writeFailure.result,
       family.writeFailure.syncFirst ? ", after the file systems are synced" : "");
   fprintf(out, "- Result: %s\n", ResultText(family.result.answer));
-  if (family.ownFrame)
+  if (ownKeys[0]) fprintf(out, "- Keys of its own rules: `%s`\n", ownKeys);
+  SideEntry sideFiles[kMaxSideFiles] = {};
+  int sideCount = 0;
+  WriteKeys(out, notes, family.layout, nullptr, sideFiles, sideCount);
+  for (int f = 0; f < sideCount; ++f) {
+    const SideFile& file = *sideFiles[f].file;
+    const Block* gate = sideFiles[f].gate;
+    fprintf(out, "\n### Side file `%s`\n\n", file.path);
     fprintf(out,
-        "- Own frame: %s\n",
-        notes && notes->ownFrame ? notes->ownFrame : "the family's own rule");
-  if (notes && notes->ownKeys[0]) fprintf(out, "- Keys of its own rules: `%s`\n", notes->ownKeys);
-  fputs("\n| offset | key | width | gate | rule |\n|---:|---|---|---|---|\n", out);
-  int own = 0;
-  for (int b = 0; b < family.layout.count; ++b) {
-    if (family.layout.blocks[b].op == Op::Own) {
-      const char* text = notes && own < 5 && notes->ownRules[own] ? notes->ownRules[own] : "";
-      fprintf(out, "| | *own rule* | | | the family's own rule%s%s |\n", text[0] ? ": " : "", text);
-      ++own;
-      continue;
-    }
-    for (int k = 0; k < count; ++k) {
-      const RecordKey& key = keys[k];
-      if (key.block != b) continue;
-      char name[3 * kShownKeySize], type[16], rule[256], offset[32], gate[2 * kShownKeySize];
-      TypeName(key.field, type, sizeof type);
-      RuleText(key, rule, sizeof rule);
-      snprintf(offset, sizeof offset, "%u", static_cast<unsigned>(key.field.offset));
-      gate[0] = '\0';
-      if (key.group && key.kind != KeyKind::Slot)
-        snprintf(
-            gate, sizeof gate, "`%s` below %u", key.group->key, static_cast<unsigned>(key.limit));
-      if (key.kind == KeyKind::Element || key.kind == KeyKind::Slot) {
-        // An array or a slot table on one line: its first element and its last.
-        int last = k;
-        while (last + 1 < count && keys[last + 1].block == b && keys[last + 1].name == key.name)
-          ++last;
-        const unsigned step = last > k ? keys[k + 1].field.offset - key.field.offset : 0;
-        snprintf(offset,
-            sizeof offset,
-            "%u..%u step %u",
-            static_cast<unsigned>(key.field.offset),
-            static_cast<unsigned>(keys[last].field.offset),
-            step);
-        char pattern[kShownKeySize];
-        KeyPattern(key.name, pattern, sizeof pattern);
-        if (key.kind == KeyKind::Element)
-          snprintf(name,
-              sizeof name,
-              "`%s`, n = %u..%u",
-              pattern,
-              static_cast<unsigned>(key.index),
-              static_cast<unsigned>(keys[last].index));
-        else
-          snprintf(name,
-              sizeof name,
-              "`%s` in slot `%s` (0..%u)",
-              pattern,
-              key.group->key,
-              static_cast<unsigned>(keys[last].index));
-        k = last;
-      } else {
-        char posted[kShownKeySize];
-        PostedKey(key, posted, sizeof posted);
-        snprintf(name, sizeof name, "`%s`", posted);
-      }
-      fprintf(out, "| %s | %s | %s | %s | %s |\n", offset, name, type, gate, rule);
-    }
+        "- Edited where the record's merge reaches it%s%s%s; %u bytes, the bytes no key holds "
+        "carried through\n",
+        gate ? " (while `" : "",
+        gate ? gate->gate.setId->key : "",
+        gate ? "` is open)" : "",
+        static_cast<unsigned>(file.size));
+    fprintf(out, "- Read: %s\n", ReadPolicyText(file.readPolicy));
+    fprintf(out, "- Failed write: %d; the record is not written\n", file.writeFailure.result);
+    int none = 0;
+    WriteKeys(out, notes, file.layout, gate, sideFiles, none);
   }
 }
 
@@ -182,19 +249,23 @@ bool WriteKeyReference(FILE* out) {
       "    build/host/zrcamctl-inspect --reference > docs/keys.md\n\n"
       "Widths: `u8`, `u16`, `i32` (a word read as signed), `u32` (a word stored unsigned), all "
       "little-endian;\n"
-      "`text[N]`: a NUL-terminated text in N bytes; `chars[N]`: up to N characters, NUL-padded.\n"
+      "`text[N]`: a NUL-terminated text in N bytes; `chars[N]`: up to N characters, NUL-padded; "
+      "`bit`: "
+      "one bit\n"
+      "of a byte.\n"
       "A gate's keys are merged only while its set id is stored below the limit; a slot table's "
       "key goes to\n"
-      "the slot its id row selects. Rows marked *own rule* are the family's own code.\n",
+      "the slot its id row selects. Rows marked *own rule* are the family's own code. A side "
+      "file's\n"
+      "keys follow the record's.\n",
       out);
   for (const ModuleRow& row : ModuleTable)
     if (row.family && !FindFamilyNotes(row.family)) return false;
-  static RecordKey keys[kMaxRecordKeys];
   for (int f = 0; f < kFamilyNoteCount; ++f) {
     const SettingsFamily& family = *kFamilyNotes[f].family;
-    const int count = ListRecordKeys(family.layout, keys, kMaxRecordKeys, false);
-    if (count < 0) return false;
-    WriteFamily(out, family, keys, count);
+    static RecordKey keys[kMaxRecordKeys];
+    if (ListRecordKeys(family.layout, keys, kMaxRecordKeys) < 0) return false;
+    WriteFamily(out, family);
   }
   fputs("\nModule codes without a family:", out);
   for (const ModuleRow& row : ModuleTable)

@@ -87,9 +87,7 @@ void PrintKey(
 
 int Inspect(bool json, const char* module, const char* path, const char* newPath) {
   const ModuleRow* row = nullptr;
-  if (strlen(module) == 2)
-    row = FindModuleRow(
-        static_cast<unsigned char>(module[0]) * 256u + static_cast<unsigned char>(module[1]));
+  if (strlen(module) == 2) row = FindModuleRow(ModuleCode(module));
   if (!row) return Fail("unknown module code \"%s\"", module);
   if (!row->family) return Fail("module %s has no settings family", module);
   const SettingsFamily& family = *row->family;

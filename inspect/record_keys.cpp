@@ -3,38 +3,48 @@
 #include <stdio.h>
 #include <string.h>
 
-int ListRecordKeys(const Layout& layout, RecordKey* keys, int capacity, bool byOffset) {
+int ListRecordKeys(
+    const Layout& layout, RecordKey* keys, int capacity, bool byOffset, const Block* outer) {
   int count = 0;
-  const Field* gate = nullptr;
-  uint16_t gateLimit = 0;
-  int gateEnd = -1;  // the last block the gate opens
-  for (int b = 0; b < layout.count; ++b) {
-    const Block& block = layout.blocks[b];
-    if (b > gateEnd) gate = nullptr;
-    int visit = 0;  // arrays are visited one after the other, element by element
-    ForEachRow(block, [&](const Field& row, const char* prefix, const char* suffix) {
-      RecordKey key = {
-          row, prefix, suffix, gate, gateLimit, 0, KeyKind::Row, block.op, static_cast<uint8_t>(b)};
-      if (block.op == Op::Steps || block.op == Op::Slot) {
-        const IndexedField& array = block.arrays[visit / block.arrays[0].count];
-        const int i = visit % block.arrays[0].count;
-        key.name = array.keyFormat;
-        key.index = static_cast<uint16_t>(block.op == Op::Slot ? i : array.first + i);
-        key.kind = block.op == Op::Slot ? KeyKind::Slot : KeyKind::Element;
-        if (block.op == Op::Slot) key.group = &block.fields[0], key.limit = array.count;
-      } else if (block.op == Op::Product) {
-        key.kind = KeyKind::Product;
-      }
-      ++visit;
-      if (count < capacity) keys[count] = key;
-      ++count;
-    });
-    if (block.op == Op::Gate) {
-      gate = &block.fields[0];
-      gateLimit = block.limit;
-      gateEnd = b + block.count;
-    }
-  }
+  ForEachBlock(
+      layout.blocks,
+      layout.count,
+      [&](const Block& block, const Block* holder) {
+        const bool plainSave = holder && holder->op == Op::PlainSave;
+        const Block* gate = holder && holder->op == Op::Gate ? holder : outer;
+        int visit = 0;  // arrays are visited one after the other, element by element
+        ForEachRow(block, [&](const Field& row, const char* prefix, const char* suffix) {
+          RecordKey key = {row,
+              prefix,
+              suffix,
+              gate ? gate->gate.setId : nullptr,
+              gate ? gate->gate.limit : uint16_t{0},
+              0,
+              KeyKind::Row,
+              plainSave,
+              &block};
+          if (block.op == Op::Steps) {
+            const IndexedField& array = block.steps.arrays[visit / block.steps.arrays[0].count];
+            const int i = visit % block.steps.arrays[0].count;
+            key.name = array.keyFormat;
+            key.index = static_cast<uint16_t>(array.first + i);
+            key.kind = KeyKind::Element;
+          } else if (block.op == Op::Slot) {
+            const SlotTable& table = *block.slot.table;
+            key.name = table.key;
+            key.index = static_cast<uint16_t>(table.first + visit);
+            key.kind = KeyKind::Slot;
+            key.group = block.slot.id;
+            key.limit = table.idLimit;
+          } else if (block.op == Op::Product) {
+            key.kind = KeyKind::Product;
+          }
+          ++visit;
+          if (count < capacity) keys[count] = key;
+          ++count;
+        });
+      },
+      outer);
   if (count > capacity) return -1;
   if (!byOffset) return count;
   // Insertion sort: stable, and the blocks come nearly in offset order.
@@ -74,6 +84,7 @@ void TypeName(const Field& field, char* out, size_t size) {
     case FieldType::PaddedText:
       snprintf(out, size, "chars[%u]", static_cast<unsigned>(field.arg));
       break;
+    case FieldType::Bit: snprintf(out, size, "bit"); break;
     default: snprintf(out, size, "u8"); break;
   }
 }
@@ -84,6 +95,8 @@ KeyValue ReadKey(const RecordKey& key, const RecordView& record) {
     const uint8_t* text = record.bytes + field.offset;
     return {true, 0, text, strnlen(reinterpret_cast<const char*>(text), field.arg)};
   }
+  if (field.Type() == FieldType::Bit)
+    return {false, record.GetU8(field.offset) >> field.arg & 1, nullptr, 0};
   const uint32_t bits = StoredValue(record, field);
   const bool signedWord = field.Type() == FieldType::U32 && field.Rule() != ValueRule::Unsigned;
   return {false,

@@ -20,16 +20,16 @@ struct RecordKey {
   const char* name;    // the key, the array's key format, or the product's prefix
   const char* suffix;  // the product's inner key, else ""
   const Field* group;  // the set-id row of the gate over the key, or the slot table's id row
-  uint16_t limit;      // the gate's limit, or the slot count
-  uint16_t index;      // the element's index as its key has it, or the slot's number
+  uint16_t limit;      // the gate's limit, or the slot table's id limit
+  uint16_t index;      // the element's index as its key has it, or the slot's id
   KeyKind kind;
-  Op op;          // the block that stores the key
-  uint8_t block;  // that block's place in the layout
+  bool plainSave;      // merged only by a plain save
+  const Block* block;  // the block that stores the key
 };
 
 // Room for the keys of the largest layout, arrays and slot tables element
 // by element.
-inline constexpr int kMaxRecordKeys = 1024;
+inline constexpr int kMaxRecordKeys = 2048;
 // Room for a key as it is shown, with its gate or slot.
 inline constexpr size_t kShownKeySize = 112;
 // Room for a shown value: a text field's every byte escaped (six bytes in
@@ -37,9 +37,11 @@ inline constexpr size_t kShownKeySize = 112;
 inline constexpr size_t kShownValueSize = 6 * 255 + 8;
 
 // The keys of a layout in offset order (keys at one offset in merge order),
-// or in merge order (arrays one after the other, element by element).
-// Returns how many, or -1 when there are more than `capacity`.
-int ListRecordKeys(const Layout& layout, RecordKey* keys, int capacity, bool byOffset = true);
+// or in merge order (arrays one after the other, element by element); a
+// side file's layout with the gate that holds its block. Returns how many,
+// or -1 when there are more than `capacity`.
+int ListRecordKeys(const Layout& layout, RecordKey* keys, int capacity, bool byOffset = true,
+    const Block* gate = nullptr);
 
 // The key as it is posted.
 void PostedKey(const RecordKey& key, char* out, size_t size);

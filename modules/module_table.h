@@ -4,21 +4,13 @@
 #include <stdint.h>
 
 #include "families/families.h"
+#include "modules/product_code.h"
 
 inline constexpr int kModuleCount = 142;
 
-// The id of a two-character module code: "0D" is 0x3044.
-constexpr uint16_t ModuleCode(const char (&code)[3]) {
-  return static_cast<uint16_t>(
-      static_cast<unsigned char>(code[0]) * 256u + static_cast<unsigned char>(code[1]));
-}
-
 struct ModuleRow {
   uint16_t code;
-  uint8_t option;                // what the family needs to know of the module (ModuleOption)
   const SettingsFamily* family;  // null: the module has no family
-  constexpr ModuleRow(uint16_t c = 0, const SettingsFamily* f = nullptr, uint8_t o = kNoOption)
-      : code(c), option(o), family(f) {}
 };
 
 extern const ModuleRow ModuleTable[kModuleCount];

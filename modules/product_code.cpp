@@ -8,8 +8,6 @@
 
 #include "device/device_paths.h"
 
-char gPnCode[kPnCodeBufferSize];
-
 namespace {
 
 constexpr int kWorkBufferSize = 1024;
@@ -81,9 +79,9 @@ int PnCodeUtilQefStrRead(char* out, int keyOffset) {
 
 int PnCodeUtilRead(char* out) { return PnCodeUtilQefStrRead(out, 1); }
 
-int32_t GetExtCamId() {
-  memset(gPnCode, 0, sizeof gPnCode);
-  const int length = PnCodeUtilRead(gPnCode);
+int32_t GetExtCamId(char (&pnCode)[kPnCodeBufferSize]) {
+  memset(pnCode, 0, sizeof pnCode);
+  const int length = PnCodeUtilRead(pnCode);
   if (length < 0) {
     fprintf(stderr, "PnCodeUtilRead is failed\n");
     return -1;
@@ -92,7 +90,7 @@ int32_t GetExtCamId() {
     fprintf(stderr, "pnCodeLength is not correct[pnCodeLength=%d]\n", length);
     return -2;
   }
-  return static_cast<unsigned char>(gPnCode[19]) * 256 + static_cast<unsigned char>(gPnCode[20]);
+  return ModuleCode(pnCode + 19);
 }
 
 int MakeCamCtlConfPath(char* pathBuffer, int bufferLength, const char* pnCode) {

@@ -4,7 +4,10 @@
 # Device tests chroot and mount, so this runs as root.
 set -eu
 cd "$(dirname "$0")/.."
-sh scripts/install-deps.sh clang libclang-rt-14-dev
+sh scripts/install-deps.sh clang libclang-rt-14-dev clang-format
+
+# Every tracked C and C++ file as the formatter (.clang-format) writes it.
+git ls-files -z '*.c' '*.cc' '*.cpp' '*.h' '*.hpp' | xargs -0 clang-format --dry-run -Werror
 # The browser test's Chromium and driver; without a browser that test is
 # skipped (CTest says so), everything else still runs.
 sh scripts/install-deps.sh chromium || echo "NOTE: chromium could not be installed: the browser test will be skipped"

@@ -110,6 +110,7 @@ DeviceRoot::DeviceRoot() {
   char dir[] = "/tmp/zrcamctl-root.XXXXXX";
   if (!mkdtemp(dir)) Die("mkdtemp");
   root_ = dir;
+  chmod(dir, 0755);  // like a device's /: other users enter it too
   emulator_ = Setting("ZRCAMCTL_EMULATOR", ZRCAMCTL_EMULATOR);
   const std::string exe = Setting("ZRCAMCTL_EXE", ZRCAMCTL_EXE);
   const std::string script = Setting("ZRCAMCTL_ROOT_SCRIPT", ZRCAMCTL_ROOT_SCRIPT);
@@ -400,6 +401,7 @@ DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& r
     dup2(outFd, 1);
     dup2(errFd, 2);
     if (chroot(root_.c_str()) != 0 || chdir("/") != 0) _exit(126);
+    if (request.uid != 0 && (setgid(request.uid) != 0 || setuid(request.uid) != 0)) _exit(126);
     execve(exec.c_str(), argv.data(), envp.data());
     _exit(127);
   }

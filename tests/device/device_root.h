@@ -20,6 +20,7 @@ struct Request {
   std::optional<std::string> contentLength;  // default: the body's length
   std::optional<std::string> queryString;
   std::vector<std::pair<std::string, std::string>> env;  // further variables
+  unsigned uid = 0;  // run as this user and group instead of root
 };
 
 struct Answer {

@@ -395,6 +395,7 @@ KeyValue AsStored(const Field& field, const std::string& posted, std::string& te
   uint32_t v = rule == ValueRule::Unsigned ? DecimalToUInt32(posted.c_str())
                                            : FormValueToInt(posted.c_str());
   if (rule == ValueRule::Reversed) v = field.arg - v;
+  if (type == FieldType::Bit) v = (v & 0xFFFF) != 0;
   if (rule == ValueRule::AtLeastOne && static_cast<int32_t>(v) <= 0) v = 1;
   v &= type == FieldType::U8 || rule == ValueRule::LowByte ? 0xFF
        : type == FieldType::U16                            ? 0xFFFF
@@ -408,53 +409,90 @@ KeyValue AsStored(const Field& field, const std::string& posted, std::string& te
       0};
 }
 
+// A family's transcripts: tests/golden/<its file's name, '-' for '_'>.golden.
+std::string TranscriptName(std::string file) {
+  std::replace(file.begin(), file.end(), '_', '-');
+  return file;
+}
+bool IsFamilyGolden(const std::string& golden) {
+  for (int f = 0; f < kFamilyNoteCount; ++f)
+    if (TranscriptName(kFamilyNotes[f].file) == golden) return true;
+  return false;
+}
+
 TEST_P(Golden, DecodesAsPosted) {
   static RecordKey keys[kMaxRecordKeys];
-  for (const Case& c : Parse(std::string(ZRCAMCTL_GOLDEN_DIR) + "/" + GetParam() + ".golden")) {
+  const std::string golden = GetParam();
+  for (const Case& c : Parse(std::string(ZRCAMCTL_GOLDEN_DIR) + "/" + golden + ".golden")) {
     if (c.name.find(" OneKey ") == std::string::npos) continue;
     const std::string pair = c.request.body.substr(0, c.request.body.find('&'));
     const std::string key = pair.substr(0, pair.find('=')), value = pair.substr(pair.find('=') + 1);
-    std::map<std::string, std::string> given;  // the module of the product code (0J unless given)
-    std::string code = "0J", path;
+    std::map<std::string, std::string> given,
+        left;  // the module of the product code (0J unless given)
+    std::string code = "0J";
     for (const FileLine& file : FileLines(c.given, "given ")) {
-      given[file.path] = file.bytes;
+      given[file.path] = left[file.path] = file.bytes;
       std::string_view quoted = file.description;
       const std::string text = file.path == "/proc/driver/qe_basic_conf" ? Unquote(quoted) : "";
       if (text.find("QEF_STR1=\"") != std::string::npos)
         code = text.substr(text.find("QEF_STR1=\"") + 29, 2);
     }
-    path = DeviceRoot::RecordPath(code);
-    std::string record = given[path], was = record;
-    for (const FileLine& file : FileLines(c.expected, "", given))
-      if (file.path == path) record = file.bytes;
-    const ModuleRow* row = FindModuleRow(ModuleCode({code[0], code[1], 0}));
-    ASSERT_TRUE(row && row->family && FindFamilyNotes(row->family))
-        << c.name << ": module " << code;
-    ASSERT_EQ(record.size(), row->family->recordSize) << c.name;
-    was.resize(record.size());  // a missing record reads as zeros
-    const RecordView now = {reinterpret_cast<uint8_t*>(record.data()), row->family->recordSize};
-    const RecordView before = {reinterpret_cast<uint8_t*>(was.data()), row->family->recordSize};
-    if (IsOwnKey(*FindFamilyNotes(row->family), key.c_str())) continue;
+    for (const FileLine& file : FileLines(c.expected, "", given)) left[file.path] = file.bytes;
+    const ModuleRow* row = FindModuleRow(ModuleCode(code.c_str()));
+    const FamilyNotes* notes = row && row->family ? FindFamilyNotes(row->family) : nullptr;
+    ASSERT_TRUE(notes) << c.name << ": module " << code;
+    // A family's transcripts are filed under its file's name.
+    if (IsFamilyGolden(golden)) EXPECT_EQ(TranscriptName(notes->file), golden) << c.name;
+    if (IsOwnKey(*notes, key.c_str())) continue;
+    // The record, then each side file; slot ids are the record's rows.
+    std::string ids;
     int found = 0;
-    for (int k = 0, count = ListRecordKeys(row->family->layout, keys, kMaxRecordKeys); k < count;
-         ++k) {
-      char posted[kShownKeySize], want[kShownValueSize], got[kShownValueSize];
-      PostedKey(keys[k], posted, sizeof posted);
-      const uint32_t id = keys[k].group ? StoredValue(now, *keys[k].group) : 0;
-      const bool shut = keys[k].group && id >= keys[k].limit;
-      if (key != posted || (keys[k].kind == KeyKind::Slot && !shut && id != keys[k].index))
-        continue;
-      ++found;
-      std::string text;
-      const KeyValue expected =
-          shut ? ReadKey(keys[k], before) : AsStored(keys[k].field, value, text);
-      ShowValue(expected, false, want, sizeof want);
-      ShowValue(ReadKey(keys[k], now), false, got, sizeof got);
-      EXPECT_STREQ(got, want) << GetParam() << ": case " << c.name << ": " << key << " at "
-                              << keys[k].field.offset;
-    }
-    EXPECT_GT(found, 0) << GetParam() << ": case " << c.name << ": no key " << key
-                        << " in the layout";
+    auto check =
+        [&](const Layout& layout, const std::string& path, uint32_t size, const Block* gate) {
+          std::string now = left[path], was = given[path];
+          now.resize(size), was.resize(size);  // a missing file reads as zeros
+          if (ids.empty()) ids = now;
+          const RecordView after = {reinterpret_cast<uint8_t*>(now.data()), size};
+          const RecordView before = {reinterpret_cast<uint8_t*>(was.data()), size};
+          const RecordView idRecord = {
+              reinterpret_cast<uint8_t*>(ids.data()), static_cast<uint32_t>(ids.size())};
+          for (int k = 0, count = ListRecordKeys(layout, keys, kMaxRecordKeys, true, gate);
+               k < count;
+               ++k) {
+            char posted[kShownKeySize], want[kShownValueSize], got[kShownValueSize];
+            PostedKey(keys[k], posted, sizeof posted);
+            const uint32_t id = keys[k].group ? StoredValue(idRecord, *keys[k].group) : 0;
+            const bool shut = keys[k].group && id >= keys[k].limit;
+            if (key != posted || (keys[k].kind == KeyKind::Slot && !shut && id != keys[k].index))
+              continue;
+            ++found;
+            std::string text;
+            const KeyValue expected =
+                shut ? ReadKey(keys[k], before) : AsStored(keys[k].field, value, text);
+            ShowValue(expected, false, want, sizeof want);
+            ShowValue(ReadKey(keys[k], after), false, got, sizeof got);
+            EXPECT_STREQ(got, want)
+                << golden << ": case " << c.name << ": " << key << " at " << keys[k].field.offset;
+          }
+        };
+    const Layout& layout = row->family->layout;
+    ASSERT_EQ(left[DeviceRoot::RecordPath(code)].size(), row->family->recordSize) << c.name;
+    check(layout, DeviceRoot::RecordPath(code), row->family->recordSize, nullptr);
+    ForEachBlock(layout.blocks, layout.count, [&](const Block& block, const Block* holder) {
+      if (block.op == Op::SideFile)
+        check(block.side.file->layout, block.side.file->path, block.side.file->size, holder);
+    });
+    EXPECT_GT(found, 0) << golden << ": case " << c.name << ": no key " << key << " in the layout";
+  }
+}
+
+// Every family a module routes to has its transcripts.
+TEST(Transcripts, EveryRoutedFamilyHasItsOwn) {
+  const std::vector<std::string> files = GoldenFiles(ZRCAMCTL_GOLDEN_DIR);
+  for (const ModuleRow& row : ModuleTable) {
+    if (!row.family) continue;
+    const std::string name = TranscriptName(FindFamilyNotes(row.family)->file);
+    EXPECT_TRUE(std::binary_search(files.begin(), files.end(), name)) << name << ".golden";
   }
 }
 

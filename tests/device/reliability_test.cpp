@@ -10,6 +10,7 @@
 #include <chrono>
 #include <thread>
 
+#include "tests/cases.h"
 #include "tests/device/device_root.h"
 
 namespace device_test {
@@ -41,31 +42,28 @@ std::vector<Request> Posts(const std::vector<std::string>& bodies) {
   return requests;
 }
 
-struct Burst {
-  const char* module;
+// The saves of a test (data/saves.cases): module, record size, and each
+// key with the offset of its byte.
+struct Saves {
+  std::string module;
   size_t size;
-  std::vector<std::pair<std::string, size_t>>
-      keys;  // one-byte fields; keys repeat from the 32nd request on
+  std::vector<std::pair<std::string, size_t>> keys;
 };
+std::vector<Saves> SavesOf(const std::string& test) {
+  std::vector<Saves> all;
+  for (const cases::Case& k : cases::Read("device", "saves")) {
+    if (k[0] != test) continue;
+    Saves& s = all.emplace_back(Saves{k[1], std::stoul(k[2]), {}});
+    for (size_t i = 3; i < k.size(); ++i)
+      s.keys.push_back(
+          {k[i].substr(0, k[i].find('@')), std::stoul(k[i].substr(k[i].find('@') + 1))});
+  }
+  return all;
+}
 
 TEST(Reliability, FiftyOverlappingSavesKeepEveryUpdate) {
-  const Burst bursts[] = {
-      {"0y",
-          128,
-          {{"DayNightMode", 24},
-              {"TdnDwellTime", 25},
-              {"VOutSkipCount", 89},
-              {"SensUpLevel", 108}}},
-      {"0J",
-          108,
-          {{"AwbMode", 14},
-              {"WbGainR", 15},
-              {"WbGainB", 16},
-              {"ExposureMode", 17},
-              {"SlowShutter", 18}}},
-  };
   DeviceRoot& root = DeviceRoot::Get();
-  for (const Burst& b : bursts) {
+  for (const Saves& b : SavesOf("fifty")) {
     root.Reset();
     root.SetModule(b.module);
     Bytes record(b.size, 0);
@@ -143,6 +141,51 @@ TEST(Reliability, HeldLockDelaysThenSaves) {
       "[TakeSettingsLock] lock not taken, saving unlocked\n"
       "[SendSignalToZrCamCtlD] Send sig = [10] to zrcamctld. [OK]\n");
   EXPECT_EQ(root.ReadRecord("0J")->at(14), 3);
+}
+
+// The lock covers the read, merge and write only, and any user can take it:
+// saves overlapping behind a slow savecfg, or saves by the web server's
+// user after one by root, all take it in turn and keep every update.
+TEST(Reliability, EverySaveTakesTheLockBriefly) {
+  const Saves words = SavesOf("lock").at(0);  // module 0y's
+  struct Case {
+    const char* name;
+    const char* saveCfg;  // the stand-in's first line
+    const char* also;     // posted with every key
+    unsigned uid;
+  };
+  const Case cases[] = {
+      {"savecfg taking 3 s", "/bin/busybox sleep 3", "&SaveCfg=YES", 0},
+      {"another user after root", ":", "", 65534},
+  };
+  DeviceRoot& root = DeviceRoot::Get();
+  const std::string saveCfg = root.ReadFile("/usr/sbin/savecfg").value();
+  const std::string lock = root.HostPath("/var/run/zrcamctl.lock");
+  for (const Case& c : cases) {
+    root.Reset();
+    root.SetModule("0y");
+    // Saves take turns, each syncing its file: on a RAM file system, so that
+    // 17 turns fit the 2 s a save waits even on a busy machine.
+    root.MountTmpfs("/opt/kfp/etc/ZrConf", "1m,mode=0777");
+    root.WriteRecord("0y", Bytes(128, 0));
+    unlink(lock.c_str());
+    root.Post("zrcamctlset.cgi", "Hue=0");  // root's save makes the lock file
+    struct stat st;
+    EXPECT_TRUE(stat(lock.c_str(), &st) == 0 && (st.st_mode & 07777) == 0644) << c.name;
+    root.WriteFile("/usr/sbin/savecfg", "#!/bin/sh\n" + std::string(c.saveCfg) + "\n");
+    std::vector<Request> saves;
+    Bytes expected(128, 0);
+    for (size_t i = 0; i < words.keys.size(); ++i) {
+      const auto& [key, offset] = words.keys[i];
+      saves.push_back({.body = key + "=" + std::to_string(i + 1) + c.also, .uid = c.uid});
+      expected[offset] = static_cast<uint8_t>(i + 1);
+    }
+    for (const Answer& a : root.RunTogether("zrcamctlset.cgi", saves))
+      EXPECT_EQ(a.err.find("lock not taken"), std::string::npos) << c.name << a.err;
+    EXPECT_EQ(Hex(*root.ReadRecord("0y")), Hex(expected)) << c.name;
+    root.Unmount("/opt/kfp/etc/ZrConf");
+  }
+  root.WriteFile("/usr/sbin/savecfg", saveCfg);
 }
 
 TEST(Reliability, KilledSavesAndLinksLeaveFilesWhole) {

@@ -12,60 +12,29 @@
 #include "modules/module_table.h"
 #include "cgi/cgi_request.h"
 #include "families/families.h"
+#include "inspect/family_notes.h"
 #include "tests/device/device_root.h"
 
 namespace device_test {
 namespace {
 
+// Every family of the list, on the first module code that routes to it
+// ("ZZ" for a family none does).
 struct Family {
   const SettingsFamily* family;
-  const char* code;
-  size_t recordSize;
-  int writeFailure;
+  std::string code;
 };
-
-const Family kFamilies[] = {
-    {&kAutoBrightnessCamera, "0v", 17, -2},
-    {&kBasicColourCamera, "0H", 20, -3},
-    {&kBasicImageModule, "1M", 16, -2},
-    {&kChromaAccCamera, "0M", 32, -1},
-    {&kColourCamera, "0N", 10, -2},
-    {&kDayNightCamera, "3A", 140, -1},
-    {&kDayNightIrCamera, "0y", 128, -1},
-    {&kDcIrisCamera, "0h", 24, -2},
-    {&kEmissivityThermalCamera, "10", 182, -2},
-    {&kEnvironmentModeCamera, "0C", 6, -1},
-    {&kFlickerlessCamera, "0j", 12, -1},
-    {&kFullHdWdrCamera, "0O", 130, -2},
-    {&kInfraredSwitchingCamera, "7A", 116, -1},
-    {&kIrPtzModule, "1I", 764, -2},
-    {&kKeyPowerFrequencyModule, "1B", 3, -2},
-    {&kTwoByteKeyPowerFrequencyModule, "1X", 2, -2},
-    {&kLensImageModule, "1G", 76, -2},
-    {&kMainsFrequencyFlagCamera, "0l", 41, -2},
-    {&kNoiseSharpnessDefogCamera, "6A", 64, -1},
-    {&kOsdMenuKeyCamera, "1m", 69, -2},
-    {&kPtzAlarmChannelCamera, "03", 440, -2},
-    {&kPtzAlarmInputModule, "08", 788, -2},
-    {&kPtzAlarmIoModule, "1K", 484, -2},
-    {&kPtzDomeCamera, "0L", 508, -2},
-    {&kPtzDomeNamedPresetCamera, "3I", 5562, -2},
-    {&kPtzDomePresetFileModule, "1C", 1968, -2},
-    {&kPtzModule1D, "1D", 328, -2},
-    {&kPtzWiperHeaterModule, "18", 718, -2},
-    {&kReversedThresholdCamera, "0G", 9, -1},
-    {&kSensUpCamera, "0o", 16, -1},
-    {&kSensorImageProcessing, "5A", 296, -1},
-    {&kSingleKeyModule, "1A", 4, -2},
-    {&kThermalCamera, "0D", 22, -2},
-    {&kThermalImagingModule, "0R", 56, -2},
-    {&kThermalPtzPositioner, "3T", 28682, -2},
-    {&kTwoSetImageTuning, "1d", 153, -2},
-    {&kTwoStreamEncodingCamera, "3Z", 252, -1},
-    {&kWdrIspCamera, "0c", 91, -2},
-    {&kZoomCameraModule, "0J", 108, -2},
-    {&kUnroutedZoomModule, "ZZ", 21, -2},
-};
+std::vector<Family> Families() {
+  std::vector<Family> families;
+  for (int f = 0; f < kFamilyNoteCount; ++f) {
+    Family family = {kFamilyNotes[f].family, "ZZ"};
+    for (const ModuleRow& row : ModuleTable)
+      if (row.family == family.family && family.code == "ZZ")
+        family.code = {static_cast<char>(row.code >> 8), static_cast<char>(row.code & 0xFF)};
+    families.push_back(family);
+  }
+  return families;
+}
 
 // Runs a handler in a child chrooted into the root, on the form; returns
 // "result\n", the error buffer's text, its NUL and the byte after; leaves its diagnostics in
@@ -77,10 +46,11 @@ std::string RunHandler(
     if (chroot(root.HostPath("").c_str()) != 0 || chdir("/") != 0 ||
         !freopen("/tmp/handler.err", "w", stderr))
       _exit(126);
-    ParseUrlEncodedForm(form.data(), form.size());
-    char errorBuffer[256];
-    memset(errorBuffer, 'z', sizeof errorBuffer);  // to show how many bytes the handler wrote
-    const int result = RunSettingsFrame(*family, kNoOption, errorBuffer, path);
+    ::Request request = {};
+    ParseUrlEncodedForm(request.form, form.data(), form.size());
+    char* const errorBuffer = request.errorBuffer;
+    memset(errorBuffer, 'z', kErrorBufferSize);  // to show how many bytes the handler wrote
+    const int result = RunSettingsFrame(request, *family, path);
     FILE* out = fopen("/tmp/handler.out", "w");
     if (!out) _exit(126);
     fprintf(out, "%d\n", result);
@@ -97,32 +67,32 @@ std::string RunHandler(
 TEST(SettingsFamilies, WriteFailuresAndReadOnlyRecords) {
   DeviceRoot& root = DeviceRoot::Get();
   const std::string failed = "ZrCamCtlWriteConfToFile is failed\n";
-  for (const Family& f : kFamilies) {
+  for (const Family& f : Families()) {
+    const size_t recordSize = f.family->recordSize;
     root.Reset();
     const std::string path = DeviceRoot::RecordPath(f.code);
     root.MountTmpfs("/opt/kfp/etc/ZrConf", "64k");
-    if (f.code != std::string("ZZ")) root.WriteRecord(f.code, Pattern(f.recordSize));
+    if (f.code != "ZZ") root.WriteRecord(f.code, Pattern(recordSize));
     root.FillUp("/opt/kfp/etc/ZrConf/filler");
     EXPECT_EQ(RunHandler(root, f.family, "", path.c_str()),
-        std::to_string(f.writeFailure) + "\n" + failed + '\0' + 'z')
+        std::to_string(f.family->writeFailure.result) + "\n" + failed + '\0' + 'z')
         << f.code;
     EXPECT_NE(root.ReadFile("/tmp/handler.err").value_or("").find(failed), std::string::npos)
         << f.code;
-    EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), f.code == std::string("ZZ") ? 1u : 2u)
-        << f.code;
-    if (f.code != std::string("ZZ"))
-      EXPECT_EQ(Hex(*root.ReadRecord(f.code)), Hex(Pattern(f.recordSize))) << f.code;
+    EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), f.code == "ZZ" ? 1u : 2u) << f.code;
+    if (f.code != "ZZ")
+      EXPECT_EQ(Hex(*root.ReadRecord(f.code)), Hex(Pattern(recordSize))) << f.code;
     root.Unmount("/opt/kfp/etc/ZrConf");
-    if (f.code == std::string("ZZ")) continue;
+    if (f.code == "ZZ") continue;
     // A record on a read-only mount: the error page, no signal, the file kept.
     root.SetModule(f.code);
-    root.WriteRecord(f.code, Pattern(f.recordSize));
+    root.WriteRecord(f.code, Pattern(recordSize));
     root.BindReadOnly(path);
     const Answer a = root.Post("zrcamctlset.cgi", "RetReDir=/r");
     root.Unmount(path);
     EXPECT_EQ(a.out, ErrorPage("zrcamctlset.cgi", failed)) << f.code;
     EXPECT_EQ(a.zrcamctldSignals, std::vector<int>{}) << f.code;
-    EXPECT_EQ(Hex(root.ReadRecord(f.code).value()), Hex(Pattern(f.recordSize))) << f.code;
+    EXPECT_EQ(Hex(root.ReadRecord(f.code).value()), Hex(Pattern(recordSize))) << f.code;
   }
 }
 

@@ -8,22 +8,24 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const char* text = reinterpret_cast<const char*>(data);
-  if (ParseUrlEncodedForm(text, size) != 0) {
-    FreeForm();
+  Form form = {};
+  if (ParseUrlEncodedForm(form, text, size) != 0) {
+    FreeForm(form);
     return 0;
   }
   static char buffer[513];
   static const int kSizes[] = {128, 256, 512, 1};
-  for (const char* name = NextFormEntry(nullptr); name; name = NextFormEntry(name)) {
+  for (const char* name = NextFormEntry(form, nullptr); name; name = NextFormEntry(form, name)) {
     for (int max : kSizes) {
-      const int r = FormLookup(name, buffer, max);
+      const int r = FormLookup(form, name, buffer, max);
       if (r != LookupOk && r != LookupTruncated && r != LookupEmpty) __builtin_trap();
       if (strlen(buffer) >= static_cast<size_t>(max)) __builtin_trap();
       (void)FormValueToInt(buffer);
       (void)DecimalToUInt32(buffer);
     }
   }
-  if (FormLookup("NoSuchKeyInAnyForm", buffer, 128) != LookupNotFound && !NextFormEntry(nullptr))
+  if (FormLookup(form, "NoSuchKeyInAnyForm", buffer, 128) != LookupNotFound &&
+      !NextFormEntry(form, nullptr))
     __builtin_trap();
   // The raw bytes as a value too, NUL-terminated.
   char value[600];
@@ -31,6 +33,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   memcpy(value, text, n);
   value[n] = '\0';
   (void)FormValueToInt(value);
-  FreeForm();
+  FreeForm(form);
   return 0;
 }

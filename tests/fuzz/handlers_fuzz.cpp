@@ -36,11 +36,10 @@ const ModuleRow& Handler(uint8_t choice) {
   if (count == 0) {
     for (const ModuleRow& row : ModuleTable) {
       bool seen = row.family == nullptr;
-      for (int i = 0; i < count && !seen; ++i)
-        seen = rows[i].family == row.family && rows[i].option == row.option;
+      for (int i = 0; i < count && !seen; ++i) seen = rows[i].family == row.family;
       if (!seen) rows[count++] = row;
     }
-    rows[count++] = ModuleRow(0, &kUnroutedZoomModule);  // in no table row
+    rows[count++] = ModuleRow{0, &kUnroutedZoomModule};  // in no table row
   }
   return rows[choice % count];
 }
@@ -63,13 +62,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fwrite(record, 1, sizeof record, f);
   fclose(f);
 
-  if (ParseUrlEncodedForm(
-          reinterpret_cast<const char*>(data + recordLength), size - recordLength) == 0) {
-    char errorBuffer[256] = {};
-    const int result = RunSettingsFrame(*row.family, row.option, errorBuffer, RecordPath());
-    if (errorBuffer[255] != '\0') __builtin_trap();
+  Request request = {};
+  if (ParseUrlEncodedForm(request.form,
+          reinterpret_cast<const char*>(data + recordLength),
+          size - recordLength) == 0) {
+    const int result = RunSettingsFrame(request, *row.family, RecordPath());
+    if (request.errorBuffer[kErrorBufferSize - 1] != '\0') __builtin_trap();
     (void)result;
   }
-  FreeForm();
+  FreeForm(request.form);
   return 0;
 }

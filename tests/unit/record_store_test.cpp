@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "frame/record_store.h"
+#include "tests/cases.h"
 
 namespace {
 
@@ -29,58 +30,35 @@ class RecordStore : public ::testing::Test {
 };
 
 TEST_F(RecordStore, ReadsAndWrites) {
-  // The file before ("-": none, "/": a directory), the call, its result, the
-  // record or the file afterwards, and what went to stderr ("@" is the path).
-  struct Case {
-    const char* name;
-    const char* before;
-    char op;
-    int size;
-    int want;
-    std::string after, err;
-  };
-  const Case cases[] = {
-      {"write", "old", 'w', 4, 4, "abcd", ""},
-      {"write 1", "-", 'w', 1, 1, "a", ""},
-      {"read", "wxyz", 'r', 4, 4, "wxyz", ""},
-      {"read of a longer file", "wxyz!", 'r', 4, 4, "wxyz", ""},
-      {"short read", "wxy", 'r', 4, -3, "wxy", "fread is failed [sizeToRead:4 sizeToReaded:3]\n"},
-      {"no file", "-", 'r', 4, -2, "abcd", "fopen is failed [PATH:@]\n"},
-      {"no directory", "-", 'W', 4, -2, "", "fopen is failed [PATH:@/no/such.bin]\n"},
-      {"a directory", "/", 'w', 4, -2, "", "fopen is failed [PATH:@]\n"},
-      {"write size 0", "old", 'w', 0, -1, "old", " , a_confSize:0 , a_filePath=@\n"},
-      {"write size -1", "-", 'w', -1, -1, "", " , a_confSize:-1 , a_filePath=@\n"},
-      {"read size 0", "wxyz", 'r', 0, -1, "abcd", " , a_confSize:0 , a_filePath=@\n"},
-      {"null record", "wxyz", 'n', 4, -1, "wxyz", " , a_confSize:4 , a_filePath=@\n"},
-      {"null path", "wxyz", 'p', 4, -1, "wxyz", " , a_confSize:4 , a_filePath=(null)\n"},
-  };
-  for (const Case& k : cases) {
-    const std::string path = dir + "/" + k.name;
-    if (k.before[0] == '/') mkdir(path.c_str(), 0755);
-    if (k.before[0] != '/' && k.before[0] != '-') std::ofstream(path, std::ios::binary) << k.before;
+  for (const cases::Case& k : cases::Read("unit", "record_store")) {
+    const std::string path = dir + "/" + k[0], &before = k[1];
+    const char op = k[2][0];
+    const int size = std::stoi(k[3]);
+    if (before == "/") mkdir(path.c_str(), 0755);
+    if (before != "/" && before != "-") std::ofstream(path, std::ios::binary) << before;
     char record[8] = "abcd";
     testing::internal::CaptureStderr();
     int r = 0;
-    if (k.op == 'w') r = ZrCamCtlWriteConfToFile(record, k.size, path.c_str());
-    if (k.op == 'W') r = ZrCamCtlWriteConfToFile(record, k.size, (path + "/no/such.bin").c_str());
-    if (k.op == 'r') r = ZrCamCtlReadConfFromFile(record, k.size, path.c_str());
-    if (k.op == 'n')
-      r = ZrCamCtlReadConfFromFile(nullptr, k.size, path.c_str()) +
-          ZrCamCtlWriteConfToFile(nullptr, k.size, path.c_str()) + 1;
-    if (k.op == 'p')
-      r = ZrCamCtlReadConfFromFile(record, k.size, nullptr) +
-          ZrCamCtlWriteConfToFile(record, k.size, nullptr) + 1;
+    if (op == 'w') r = ZrCamCtlWriteConfToFile(record, size, path.c_str());
+    if (op == 'W') r = ZrCamCtlWriteConfToFile(record, size, (path + "/no/such.bin").c_str());
+    if (op == 'r') r = ZrCamCtlReadConfFromFile(record, size, path.c_str());
+    if (op == 'n')
+      r = ZrCamCtlReadConfFromFile(nullptr, size, path.c_str()) +
+          ZrCamCtlWriteConfToFile(nullptr, size, path.c_str()) + 1;
+    if (op == 'p')
+      r = ZrCamCtlReadConfFromFile(record, size, nullptr) +
+          ZrCamCtlWriteConfToFile(record, size, nullptr) + 1;
     std::string err = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(r, k.want) << k.name;
-    EXPECT_EQ(k.op == 'r'          ? std::string(record, 4).substr(0, k.after.size())
-              : k.before[0] == '/' ? ""
-                                   : ReadRaw(path),
-        k.after)
-        << k.name;
+    EXPECT_EQ(r, std::stoi(k[4])) << k[0];
+    EXPECT_EQ(op == 'r'       ? std::string(record, 4).substr(0, k[5].size())
+              : before == "/" ? ""
+                              : ReadRaw(path),
+        k[5])
+        << k[0];
     if (err.rfind("arg is wrong [a_conf:", 0) == 0)
       err = err.substr(err.find(" , "), err.find('\n') - err.find(" , ") + 1);
     for (size_t at; (at = err.find(path)) != std::string::npos;) err.replace(at, path.size(), "@");
-    EXPECT_EQ(err, k.err) << k.name;
+    EXPECT_EQ(err, k[6]) << k[0];
   }
 }
 
