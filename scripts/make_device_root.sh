@@ -33,6 +33,7 @@ mkdir -p bin usr/bin usr/sbin lib var/run tmp web/cgi-bin opt/kfp/etc/ZrConf pro
 [ -e dev/full ] || mknod -m 666 dev/full c 1 7
 
 busybox=$(command -v busybox)
+case $busybox in /*) ;; *) busybox=/bin/busybox ;; esac  # busybox's own sh names no path
 put "$busybox" bin/busybox
 for applet in sh cat touch rm; do ln -sf busybox "bin/$applet"; done
 

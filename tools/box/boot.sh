@@ -1,0 +1,66 @@
+#!/bin/sh
+# Boots the box once and waits for it to power off (or be killed):
+#   boot.sh [OPTIONS] KERNEL INITRD
+#   --disk IMAGE     the settings partition's disk (ext4), kept across boots
+#   --fs ext4|jffs2  the settings partition's file system (jffs2: the
+#                    simulated NAND, fresh each boot, from /factory)
+#   --port PORT      forward 127.0.0.1:PORT on the host to the box's port 80
+#   --share DIR      the host's DIR, at the same path in the box (9p)
+#   --run SCRIPT     run SCRIPT (a path in the box) after start-up, then power off
+#   --module CODE    the camera module the product code names (default 0J)
+#   --memory MB      (default 256)
+#   --overlay CPIO   files laid over the root (an initramfs archive of its own)
+#   --pidfile FILE   qemu's pid, for whoever must stop it (a power cut)
+# The console is this process's standard output. User-mode networking only
+# (restrict=on): the box reaches nothing; the host reaches it on 127.0.0.1.
+set -eu
+disk="" fs=ext4 port="" share="" run="" module=0J memory=256 overlay="" pidfile=""
+while [ $# -gt 2 ]; do
+  case $1 in
+    --disk) disk=$2 ;;
+    --fs) fs=$2 ;;
+    --port) port=$2 ;;
+    --share) share=$2 ;;
+    --run) run=$2 ;;
+    --module) module=$2 ;;
+    --memory) memory=$2 ;;
+    --overlay) overlay=$2 ;;
+    --pidfile) pidfile=$2 ;;
+    *) echo "boot.sh: unknown option $1" >&2; exit 2 ;;
+  esac
+  shift 2
+done
+kernel=$1 initrd=$2
+qemu="" joined=""
+trap '[ -z "$qemu" ] || kill $qemu 2>/dev/null; rm -f "$joined" "$pidfile"' EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
+if [ -n "$overlay" ]; then  # the kernel unpacks archives one after the other
+  joined=$(mktemp /tmp/zrcamctl-box-initrd.XXXXXX)
+  cat "$initrd" "$overlay" > "$joined"
+  initrd=$joined
+fi
+append="console=ttyAMA0 quiet panic=-1 rdinit=/init box.module=$module box.fs=$fs"
+set -- -M virt -cpu cortex-a15 -smp 2 -m "$memory" -nographic -monitor none -serial stdio \
+  -kernel "$kernel" -initrd "$initrd" -no-reboot
+net=user,id=net0,restrict=on
+[ -n "$port" ] && net="$net,hostfwd=tcp:127.0.0.1:$port-:80"
+set -- "$@" -netdev "$net" -device virtio-net-device,netdev=net0
+[ -n "$disk" ] && set -- "$@" -drive "file=$disk,format=raw,if=none,id=disk0,cache=writethrough" \
+  -device virtio-blk-device,drive=disk0
+if [ -n "$share" ]; then
+  set -- "$@" -fsdev "local,id=share0,path=$share,security_model=none" \
+    -device "virtio-9p-device,fsdev=share0,mount_tag=share"
+  append="$append box.share=$share"
+fi
+[ -n "$run" ] && append="$append box.run=$run"
+# In the background, so that a signal to this script stops qemu too; the
+# console keeps this script's standard input.
+exec 3<&0
+qemu-system-arm "$@" -append "$append" <&3 &
+qemu=$!
+[ -z "$pidfile" ] || echo $qemu > "$pidfile"
+status=0
+wait $qemu || status=$?
+qemu=""
+exit $status
