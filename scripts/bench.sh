@@ -126,6 +126,8 @@ size_kib=$(awk -v a="$size" 'BEGIN {printf "%.1f", a / 1024}')
 rss_mib=$(awk -v a="$rss_kib" 'BEGIN {printf "%.2f", a / 1024}')
 cpu=$(sed -n 's/^model name[[:space:]]*: //p' /proc/cpuinfo | head -n 1)
 
+# Sections measured elsewhere (on the box, power cuts) are kept as they are.
+kept=$(sed -n '/^## \(On the box\|Power cuts\)/,$p' BENCHMARKS.md 2>/dev/null || :)
 cat > BENCHMARKS.md <<MD
 # Benchmarks
 
@@ -203,4 +205,5 @@ pays for the dynamic loader and libc's start-up, which the static floor
 program does not; the two comparison rows measure the floor program with the
 same link.
 MD
+[ -z "$kept" ] || printf '\n%s\n' "$kept" >> BENCHMARKS.md
 cat BENCHMARKS.md

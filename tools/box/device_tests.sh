@@ -1,0 +1,41 @@
+#!/bin/sh
+# Inside the box: the armhf device tests, natively on the ARM kernel, in as
+# many shards as the board has processors (each shard its own device root).
+#   device_tests.sh BUILD_DIR [--jffs2] [GTEST_FILTER]
+# --jffs2: the device roots' /opt/kfp on JFFS2 on the kernel's simulated
+# NAND, a file system without unnamed files, so saves take named
+# temporaries; one shard, since the roots share the one flash.
+set -u
+build=$1
+shift
+export ZRCAMCTL_EMULATOR=  # natively: no qemu-arm-static
+shards=$(nproc)
+if [ "${1:-}" = --jffs2 ]; then
+  shift
+  shards=1
+  export ZRCAMCTL_ROOT_SCRIPT=$(cd "$(dirname "$0")" && pwd)/jffs2_root.sh
+fi
+filter=${1:-*}
+golden=$(pwd)/tests/golden
+cd "$build/tests"
+i=0
+while [ $i -lt "$shards" ]; do
+  GTEST_TOTAL_SHARDS=$shards GTEST_SHARD_INDEX=$i ./device_tests --gtest_filter="$filter" \
+    > /tmp/shard$i.log 2>&1 &
+  eval "pid$i=\$!"
+  i=$((i + 1))
+done
+status=0 i=0 passed=0
+while [ $i -lt "$shards" ]; do
+  eval "wait \$pid$i" || status=1
+  grep -E '^\[  (FAILED|PASSED)  \]|Failure|^/.*:[0-9]+: ' /tmp/shard$i.log
+  [ $status = 0 ] || tail -n 60 /tmp/shard$i.log
+  i=$((i + 1))
+done
+# The transcript cases replayed: those of every file whose replay passed.
+cases=0
+for file in $(sed -n 's|^\[       OK \] Transcripts/Golden.Replays/\([a-z0-9_]*\).*|\1|p' /tmp/shard*.log); do
+  cases=$((cases + $(grep -c '^expect' "$golden/$(echo "$file" | tr _ -).golden")))
+done
+echo "device tests on $(uname -m) $(uname -r): status $status; transcript cases replayed: $cases"
+exit $status
