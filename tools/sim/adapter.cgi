@@ -16,6 +16,9 @@
 # Before a set request it keeps a copy of the module's record, so that the
 # simulator's record view can show what the request changed. The program's
 # answer is kept as /tmp/sim/last-answer, for checking what the browser got.
+mkdir -p /tmp/sim  # the box's /tmp is a RAM file system, empty at each boot
+# In the box the server's standard error is /dev/null: diagnostics go to the console.
+[ -c /dev/console ] && exec 2>/dev/console
 answer=/tmp/sim/answer.$$
 trap 'rm -f "$answer"' EXIT
 name=${0##*/}

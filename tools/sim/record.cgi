@@ -7,6 +7,7 @@
 # When another module is attached, it attaches CODE first: rewrites the
 # basic configuration and, when the module has no record yet, writes its
 # factory record of zeros (sizes in /opt/sim/record-bytes).
+mkdir -p /tmp/sim
 code=$(printf '%s' "${QUERY_STRING%%&*}" | tr -cd '0-9A-Za-z' | head -c 2)
 conf=/proc/driver/qe_basic_conf
 attached=$(sed -n 's/^QEF_STR1="...................\(..\).*/\1/p' $conf)
