@@ -2,7 +2,6 @@
 
 #include <dirent.h>
 #include <ftw.h>
-#include <fcntl.h>
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -38,10 +37,6 @@ std::string Setting(const char* name, const char* built) {
 
 int RemoveOne(const char* path, const struct stat*, int, FTW*) { return remove(path); }
 
-void Shell(const std::string& command) {
-  if (system(command.c_str()) != 0) Die("command failed: " + command);
-}
-
 std::string Quote(const std::string& s) { return "'" + s + "'"; }
 
 // A daemon stand-in: records each SIGUSR1/SIGUSR2 as one byte on its pipe,
@@ -70,35 +65,28 @@ std::string Slurp(const std::string& path) {
   return s.str();
 }
 
-std::string ErrorPage(const std::string& program, const std::string& error) {
-  std::string errorText;
-  for (const char c : error) {
-    errorText += c == '\n'               ? std::string("\\n")
-                 : c == '"' || c == '\\' ? std::string("\\") + c
-                                         : std::string(1, c);
-  }
+std::string ErrorPage(const std::string& errorText) {
   return "Content-type: text/html\r\n\r\n<html>\n<head>\n<script language=javascript>\n"
-         "alert(\"" +
-         program + " Cgi Func:[" + errorText +
-         "] return ERROR!!!\");\n"
-         "history.go(-1);\n</script>\n</head>\n</html>\n";
+         "alert(\"zrcamctlset.cgi Cgi Func:[" +
+         errorText + "] return ERROR!!!\");\nhistory.go(-1);\n</script>\n</head>\n</html>\n";
 }
 
 Bytes Pattern(size_t size, uint8_t seed) {
   Bytes b(size);
-  for (size_t i = 0; i < size; ++i) b[i] = static_cast<uint8_t>(seed + i * 37);
+  for (size_t i = 0; i < size; ++i) b[i] = PatternByte(seed, i);
   return b;
 }
 
-std::string Hex(const Bytes& bytes) {
-  static const char digits[] = "0123456789abcdef";
-  std::string s;
-  for (size_t i = 0; i < bytes.size(); ++i) {
-    if (i) s += (i % 16 == 0) ? '\n' : ' ';
-    s += digits[bytes[i] >> 4];
-    s += digits[bytes[i] & 15];
+std::vector<std::string> ListHost(const std::string& directory) {
+  std::vector<std::string> names;
+  if (DIR* dir = opendir(directory.c_str())) {
+    while (const dirent* e = readdir(dir)) {
+      if (strcmp(e->d_name, ".") != 0 && strcmp(e->d_name, "..") != 0) names.push_back(e->d_name);
+    }
+    closedir(dir);
   }
-  return s;
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
 DeviceRoot& DeviceRoot::Get() {
@@ -114,8 +102,10 @@ DeviceRoot::DeviceRoot() {
   emulator_ = Setting("ZRCAMCTL_EMULATOR", ZRCAMCTL_EMULATOR);
   const std::string exe = Setting("ZRCAMCTL_EXE", ZRCAMCTL_EXE);
   const std::string script = Setting("ZRCAMCTL_ROOT_SCRIPT", ZRCAMCTL_ROOT_SCRIPT);
-  Shell("/bin/sh " + Quote(script) + " " + Quote(root_) + " " + Quote(exe) + " " +
-        Quote(emulator_) + " " + Quote(Setting("ZRCAMCTL_SYSROOT", ZRCAMCTL_SYSROOT)));
+  const std::string command = "/bin/sh " + Quote(script) + " " + Quote(root_) + " " + Quote(exe) +
+                              " " + Quote(emulator_) + " " +
+                              Quote(Setting("ZRCAMCTL_SYSROOT", ZRCAMCTL_SYSROOT));
+  if (system(command.c_str()) != 0) Die("command failed: " + command);
 
   // A real /proc lets sanitizer runtimes read their own maps; the driver's
   // directory is replaced by a small file system holding the stand-in
@@ -196,8 +186,11 @@ void DeviceRoot::Reset() {
   MakeDirs("/opt/kfp/etc/ZrConf/");
   MakeDirs("/tmp/");
   chmod(HostPath("/tmp").c_str(), 01777);
-  for (size_t i = 0; i < 2; ++i)
-    SetPidFile(kDaemonNames[i], std::to_string(daemons_[i].pid) + "\n");
+  for (size_t i = 0; i < 2; ++i) {
+    CollectSignals(i);  // drops what killed requests sent
+    WriteFile("/var/run/" + std::string(kDaemonNames[i]) + ".pid",
+        std::to_string(daemons_[i].pid) + "\n");
+  }
   SetModule("0J");
   WriteFile("/var/run/zrcamctl.lock", std::string());  // as after the device's first save
   (void)!symlink("busybox", HostPath("/bin/cat").c_str());
@@ -234,15 +227,7 @@ std::optional<std::string> DeviceRoot::ReadFile(const std::string& devicePath) c
 }
 
 std::vector<std::string> DeviceRoot::List(const std::string& deviceDirectory) const {
-  std::vector<std::string> names;
-  if (DIR* dir = opendir(HostPath(deviceDirectory).c_str())) {
-    while (const dirent* e = readdir(dir)) {
-      if (strcmp(e->d_name, ".") != 0 && strcmp(e->d_name, "..") != 0) names.push_back(e->d_name);
-    }
-    closedir(dir);
-  }
-  std::sort(names.begin(), names.end());
-  return names;
+  return ListHost(HostPath(deviceDirectory));
 }
 
 void DeviceRoot::SetModule(const std::string& moduleCode) const {
@@ -263,11 +248,6 @@ std::optional<Bytes> DeviceRoot::ReadRecord(const std::string& moduleCode) const
   const auto content = ReadFile(RecordPath(moduleCode));
   if (!content) return std::nullopt;
   return Bytes(content->begin(), content->end());
-}
-
-void DeviceRoot::SetPidFile(const std::string& daemon, const std::string& content) const {
-  const std::string path = "/var/run/" + daemon + ".pid";
-  content.empty() ? RemoveAll(path) : WriteFile(path, content);
 }
 
 int DeviceRoot::DaemonPid(const std::string& daemon) const {
@@ -294,27 +274,8 @@ void DeviceRoot::Unmount(const std::string& devicePath) const {
   mounts_.erase(std::remove(mounts_.begin(), mounts_.end(), devicePath), mounts_.end());
 }
 
-void DeviceRoot::FillUp(const std::string& devicePath) const {
-  const int fd = open(HostPath(devicePath).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-  if (fd < 0) Die("open " + devicePath);
-  const std::string chunk(512, 'f');
-  while (write(fd, chunk.data(), chunk.size()) > 0) {}
-  while (write(fd, chunk.data(), 1) > 0) {}
-  close(fd);
-}
-
 Answer DeviceRoot::Post(const std::string& program, const std::string& body) const {
-  Request r;
-  r.body = body;
-  return Run(program, r);
-}
-
-Answer DeviceRoot::Get(const std::string& program, const std::string& query) const {
-  Request r;
-  r.method = "GET";
-  r.contentType = "";
-  r.queryString = query;
-  return Run(program, r);
+  return Run(program, {.body = body});
 }
 
 Answer DeviceRoot::Run(const std::string& program, const Request& request) const {

@@ -32,10 +32,8 @@ struct Answer {
   std::vector<int> vmfdSignals;
 };
 
-inline constexpr char kAnswer204[] = "HTTP/1.1 204 OKContent-type: text/html\r\n\r\n";
-
-// The error page for a program name and error-buffer text.
-std::string ErrorPage(const std::string& program, const std::string& errorText);
+// The set program's error page for an error-buffer text, its line breaks as "\\n".
+std::string ErrorPage(const std::string& errorText);
 
 using Bytes = std::vector<uint8_t>;
 
@@ -65,20 +63,15 @@ class DeviceRoot {
   void WriteRecord(const std::string& moduleCode, const Bytes& record) const;
   std::optional<Bytes> ReadRecord(const std::string& moduleCode) const;
 
-  // Pid file contents; "" removes the file.
-  void SetPidFile(const std::string& daemon, const std::string& content) const;
   int DaemonPid(const std::string& daemon) const;
 
   // Mounts and unmounts inside the root, for fault injection.
   void MountTmpfs(const std::string& deviceDirectory, const std::string& size) const;
   void BindReadOnly(const std::string& devicePath) const;
   void Unmount(const std::string& devicePath) const;
-  // Writes devicePath until its file system has no space left.
-  void FillUp(const std::string& devicePath) const;
 
   Answer Run(const std::string& program, const Request& request) const;
   Answer Post(const std::string& program, const std::string& body) const;
-  Answer Get(const std::string& program, const std::string& query) const;
   // argv[0] as given, for the dispatch on names.
   Answer RunAs(const std::string& argv0, const Request& request) const;
   // Many requests at once: all are started before any is waited for. The
@@ -116,8 +109,11 @@ class DeviceRoot {
 // A whole file of the host.
 std::string Slurp(const std::string& path);
 
-// Little helpers for record bytes.
+// The names in a host directory, sorted.
+std::vector<std::string> ListHost(const std::string& directory);
+
+// Record bytes that differ from their neighbours: byte i is seed + 37 i.
+inline uint8_t PatternByte(uint8_t seed, size_t i) { return static_cast<uint8_t>(seed + i * 37); }
 Bytes Pattern(size_t size, uint8_t seed = 0xA5);
-std::string Hex(const Bytes& bytes);
 
 }  // namespace device_test

@@ -7,7 +7,6 @@
 //
 // Re-recording after a deliberate change (never done by a plain run):
 //   ZRCAMCTL_GOLDEN_RECORD=1 ctest --preset host -R Golden
-#include <ctype.h>
 #include <dirent.h>
 #include <gtest/gtest.h>
 #include <stdio.h>
@@ -57,8 +56,6 @@ std::string Unquote(std::string_view& s) {
   return out;
 }
 
-uint8_t PatternByte(uint8_t seed, size_t i) { return static_cast<uint8_t>(seed + i * 37); }
-
 std::vector<Case> Parse(const std::string& file) {
   std::vector<Case> cases;
   std::ifstream in(file);
@@ -92,27 +89,12 @@ std::vector<Case> Parse(const std::string& file) {
   return cases;
 }
 
-// The transcripts' names in a directory (without ".golden"), sorted, and
-// a name as a test's: letters and digits, '_' for the rest.
-std::vector<std::string> GoldenFiles(const std::string& directory) {
+// The transcripts' names (without ".golden"), sorted.
+std::vector<std::string> GoldenFiles() {
   std::vector<std::string> files;
-  if (DIR* dir = opendir(directory.c_str())) {
-    while (const dirent* e = readdir(dir)) {
-      const std::string name = e->d_name;
-      if (name.size() > 7 && name.substr(name.size() - 7) == ".golden")
-        files.push_back(name.substr(0, name.size() - 7));
-    }
-    closedir(dir);
-  }
-  std::sort(files.begin(), files.end());
+  for (const std::string& name : ListHost(ZRCAMCTL_GOLDEN_DIR))
+    if (name.ends_with(".golden")) files.push_back(name.substr(0, name.size() - 7));
   return files;
-}
-
-std::string GoldenName(const ::testing::TestParamInfo<std::string>& info) {
-  std::string n = info.param;
-  for (char& ch : n)
-    if (!isalnum(static_cast<unsigned char>(ch))) ch = '_';
-  return n;
 }
 
 // A file of a case: a "given PATH ..." line, or a changed file of the outcome.
@@ -410,8 +392,8 @@ KeyValue AsStored(const Field& field, const std::string& posted, std::string& te
 }
 
 // A family's transcripts: tests/golden/<its file's name, '-' for '_'>.golden.
-std::string TranscriptName(std::string file) {
-  std::replace(file.begin(), file.end(), '_', '-');
+std::string TranscriptName(std::string file, char from = '_', char to = '-') {
+  std::replace(file.begin(), file.end(), from, to);
   return file;
 }
 bool IsFamilyGolden(const std::string& golden) {
@@ -488,7 +470,7 @@ TEST_P(Golden, DecodesAsPosted) {
 
 // Every family a module routes to has its transcripts.
 TEST(Transcripts, EveryRoutedFamilyHasItsOwn) {
-  const std::vector<std::string> files = GoldenFiles(ZRCAMCTL_GOLDEN_DIR);
+  const std::vector<std::string> files = GoldenFiles();
   for (const ModuleRow& row : ModuleTable) {
     if (!row.family) continue;
     const std::string name = TranscriptName(FindFamilyNotes(row.family)->file);
@@ -496,8 +478,9 @@ TEST(Transcripts, EveryRoutedFamilyHasItsOwn) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Transcripts, Golden, ::testing::ValuesIn(GoldenFiles(ZRCAMCTL_GOLDEN_DIR)), GoldenName);
+// Test names: the file's, '_' for '-'.
+INSTANTIATE_TEST_SUITE_P(Transcripts, Golden, ::testing::ValuesIn(GoldenFiles()),
+    [](const auto& info) { return TranscriptName(info.param, '-', '_'); });
 
 }  // namespace
 }  // namespace device_test

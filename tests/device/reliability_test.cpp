@@ -87,7 +87,7 @@ TEST(Reliability, FiftyOverlappingSavesKeepEveryUpdate) {
           << b.module << " " << b.keys[k].first;
       record[b.keys[k].second] = after[b.keys[k].second];
     }
-    EXPECT_EQ(Hex(after), Hex(record)) << b.module;
+    EXPECT_EQ(after, record) << b.module;
     EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), 1u);
   }
 }
@@ -182,7 +182,7 @@ TEST(Reliability, EverySaveTakesTheLockBriefly) {
     }
     for (const Answer& a : root.RunTogether("zrcamctlset.cgi", saves))
       EXPECT_EQ(a.err.find("lock not taken"), std::string::npos) << c.name << a.err;
-    EXPECT_EQ(Hex(*root.ReadRecord("0y")), Hex(expected)) << c.name;
+    EXPECT_EQ(root.ReadRecord("0y"), expected) << c.name;
     root.Unmount("/opt/kfp/etc/ZrConf");
   }
   root.WriteFile("/usr/sbin/savecfg", saveCfg);
@@ -211,7 +211,7 @@ TEST(Reliability, KilledSavesAndLinksLeaveFilesWhole) {
   EXPECT_EQ(root.Post("zrcamctlset.cgi", "AwbMode=1").out, "");
   Bytes expected = target;
   expected[14] = 1;
-  EXPECT_EQ(Hex(*root.ReadRecord("0J")), Hex(expected));
+  EXPECT_EQ(root.ReadRecord("0J"), expected);
   EXPECT_TRUE(root.ReadFile("/opt/kfp/etc/target") == std::string(108, '\0'));
   // A planted link at the product code's copy path is removed, not written through.
   const int next = std::stoi(root.ReadFile("/proc/sys/kernel/ns_last_pid").value_or("0"));
