@@ -13,10 +13,10 @@
 #include <unistd.h>
 
 #include "device_test_config.h"
+#include "tests/cases.h"
 
 #include <algorithm>
 #include <fstream>
-#include <sstream>
 
 namespace device_test {
 namespace {
@@ -57,13 +57,6 @@ std::string Quote(const std::string& s) { return "'" + s + "'"; }
 }
 
 }  // namespace
-
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
 
 std::string ErrorPage(const std::string& errorText) {
   return "Content-type: text/html\r\n\r\n<html>\n<head>\n<script language=javascript>\n"
@@ -223,7 +216,7 @@ void DeviceRoot::WriteFile(const std::string& devicePath, const Bytes& content) 
 std::optional<std::string> DeviceRoot::ReadFile(const std::string& devicePath) const {
   struct stat st;
   if (lstat(HostPath(devicePath).c_str(), &st) != 0) return std::nullopt;
-  return Slurp(HostPath(devicePath));
+  return cases::ReadAll(HostPath(devicePath));
 }
 
 std::vector<std::string> DeviceRoot::List(const std::string& deviceDirectory) const {
@@ -378,8 +371,8 @@ Answer DeviceRoot::Finish(const Started& started) {
   Answer a;
   if (WIFEXITED(status)) a.exitStatus = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) a.termSignal = WTERMSIG(status);
-  a.out = Slurp(started.out);
-  a.err = Slurp(started.err);
+  a.out = cases::ReadAll(started.out);
+  a.err = cases::ReadAll(started.err);
   unlink(started.in.c_str());
   unlink(started.out.c_str());
   unlink(started.err.c_str());

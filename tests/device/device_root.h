@@ -106,9 +106,6 @@ class DeviceRoot {
   mutable std::vector<std::string> mounts_;
 };
 
-// A whole file of the host.
-std::string Slurp(const std::string& path);
-
 // The names in a host directory, sorted.
 std::vector<std::string> ListHost(const std::string& directory);
 

@@ -20,6 +20,7 @@
 #include <string_view>
 
 #include "device_test_config.h"
+#include "tests/cases.h"
 #include "tests/device/device_root.h"
 #include "inspect/family_notes.h"
 #include "inspect/record_keys.h"
@@ -177,7 +178,7 @@ void Walk(const std::string& host, const std::string& path, Tree& tree) {
       const ssize_t n = readlink((host + p).c_str(), target, sizeof target);
       tree[p] = {'l', std::string(target, n > 0 ? n : 0)};
     } else if (S_ISREG(st.st_mode)) {
-      tree[p] = {'f', Slurp(host + p)};
+      tree[p] = {'f', cases::ReadAll(host + p)};
     }
   }
   closedir(dir);

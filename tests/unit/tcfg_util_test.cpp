@@ -7,7 +7,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 
@@ -31,13 +30,6 @@ std::string StderrOf(F call) {
   testing::internal::CaptureStderr();
   call();
   return testing::internal::GetCapturedStderr();
-}
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
-void WriteFile(const std::string& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
 }
 
 // One call on a fresh in-memory object: op | name | text | key | arg | a |
@@ -70,12 +62,7 @@ TEST(Tcfg, Cases) {
 }
 
 // Steps on files and on one object, each after the one before.
-class TcfgFiles : public ::testing::Test {
- protected:
-  void SetUp() override { ASSERT_NE(mkdtemp(dir.data()), nullptr); }
-  void TearDown() override { std::filesystem::remove_all(dir); }
-  std::string dir = "/tmp/tcfg_test.XXXXXX";
-};
+using TcfgFiles = cases::InTempDir;
 
 TEST_F(TcfgFiles, Steps) {
   const std::string k = dir + "/k.conf";
@@ -113,8 +100,8 @@ TEST_F(TcfgFiles, Steps) {
       if (op == "lines") n(cfg->lineCount);
       if (op == "last") r = cfg->lines[cfg->lineCount - 1];
       if (op == "create") n(create_cfg_file(a));
-      if (op == "read") r = ReadFile(a);
-      if (op == "write") WriteFile(a, b);
+      if (op == "read") r = cases::ReadAll(a);
+      if (op == "write") std::ofstream(a, std::ios::binary) << b;
       if (op == "remove") n(remove(a));
       if (op == "mkdir") std::filesystem::create_directory(a);
       if (op == "rmtree") std::filesystem::remove_all(a), n(std::filesystem::exists(a));
