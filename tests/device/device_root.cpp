@@ -45,9 +45,7 @@ std::string Quote(const std::string& s) { return "'" + s + "'"; }
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   sigset_t set;
   sigemptyset(&set);
-  sigaddset(&set, SIGUSR1);
-  sigaddset(&set, SIGUSR2);
-  sigaddset(&set, kFlushSignal);
+  for (const int sig : {SIGUSR1, SIGUSR2, kFlushSignal}) sigaddset(&set, sig);
   for (;;) {
     const int sig = sigwaitinfo(&set, nullptr);
     if (sig < 0) continue;
@@ -131,9 +129,7 @@ DeviceRoot::~DeviceRoot() {
 void DeviceRoot::StartDaemons() {
   sigset_t set, old;
   sigemptyset(&set);
-  sigaddset(&set, SIGUSR1);
-  sigaddset(&set, SIGUSR2);
-  sigaddset(&set, kFlushSignal);
+  for (const int sig : {SIGUSR1, SIGUSR2, kFlushSignal}) sigaddset(&set, sig);
   sigprocmask(SIG_BLOCK, &set, &old);
   for (StandIn& d : daemons_) {
     int fds[2];
@@ -153,12 +149,9 @@ void DeviceRoot::StartDaemons() {
 
 void DeviceRoot::StopDaemons() {
   for (StandIn& d : daemons_) {
-    if (d.pid > 0) {
-      kill(d.pid, SIGKILL);
-      waitpid(d.pid, nullptr, 0);
-      close(d.readFd);
-    }
-    d.pid = -1;
+    kill(d.pid, SIGKILL);
+    waitpid(d.pid, nullptr, 0);
+    close(d.readFd);
   }
 }
 
@@ -310,18 +303,19 @@ DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& r
   if (file.empty() || file[0] != '/' || lstat(HostPath(file).c_str(), &st) != 0)
     file = "/web/cgi-bin/zrcamctlset.cgi";
 
-  char inPath[] = "/tmp/zrcamctl-in.XXXXXX";
-  char outPath[] = "/tmp/zrcamctl-out.XXXXXX";
-  char errPath[] = "/tmp/zrcamctl-err.XXXXXX";
-  const int inFd = mkstemp(inPath);
-  const int outFd = mkstemp(outPath);
-  const int errFd = mkstemp(errPath);
-  if (inFd < 0 || outFd < 0 || errFd < 0) Die("mkstemp");
-  if (!request.body.empty() && write(inFd, request.body.data(), request.body.size()) !=
+  // Standard input, output and error: files of the host's /tmp.
+  Started started;
+  int fds[3];
+  for (int i = 0; i < 3; ++i) {
+    char path[] = "/tmp/zrcamctl-io.XXXXXX";
+    if ((fds[i] = mkstemp(path)) < 0) Die("mkstemp");
+    started.files[i] = path;
+  }
+  if (!request.body.empty() && write(fds[0], request.body.data(), request.body.size()) !=
                                    static_cast<ssize_t>(request.body.size())) {
     Die("write body");
   }
-  lseek(inFd, 0, SEEK_SET);
+  lseek(fds[0], 0, SEEK_SET);
 
   std::vector<std::string> env = {"PATH=/bin:/usr/bin:/usr/sbin"};
   if (!request.method.empty()) env.push_back("REQUEST_METHOD=" + request.method);
@@ -334,13 +328,11 @@ DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& r
     if (getenv(pass)) env.push_back(std::string(pass) + "=" + getenv(pass));
   }
 
-  std::vector<std::string> args;
+  std::vector<std::string> args = {argv0};
   std::string exec = file;
   if (!emulator_.empty()) {
     exec = "/usr/bin/qemu-arm-static";
     args = {"qemu-arm-static", "-0", argv0, file};
-  } else {
-    args = {argv0};
   }
   std::vector<char*> argv, envp;
   for (auto& a : args) argv.push_back(a.data());
@@ -348,21 +340,17 @@ DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& r
   for (auto& e : env) envp.push_back(e.data());
   envp.push_back(nullptr);
 
-  const pid_t pid = fork();
-  if (pid < 0) Die("fork");
-  if (pid == 0) {
-    dup2(inFd, 0);
-    dup2(outFd, 1);
-    dup2(errFd, 2);
+  started.pid = fork();
+  if (started.pid < 0) Die("fork");
+  if (started.pid == 0) {
+    for (int i = 0; i < 3; ++i) dup2(fds[i], i);
     if (chroot(root_.c_str()) != 0 || chdir("/") != 0) _exit(126);
     if (request.uid != 0 && (setgid(request.uid) != 0 || setuid(request.uid) != 0)) _exit(126);
     execve(exec.c_str(), argv.data(), envp.data());
     _exit(127);
   }
-  close(inFd);
-  close(outFd);
-  close(errFd);
-  return {pid, inPath, outPath, errPath};
+  for (const int fd : fds) close(fd);
+  return started;
 }
 
 Answer DeviceRoot::Finish(const Started& started) {
@@ -371,11 +359,9 @@ Answer DeviceRoot::Finish(const Started& started) {
   Answer a;
   if (WIFEXITED(status)) a.exitStatus = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) a.termSignal = WTERMSIG(status);
-  a.out = cases::ReadAll(started.out);
-  a.err = cases::ReadAll(started.err);
-  unlink(started.in.c_str());
-  unlink(started.out.c_str());
-  unlink(started.err.c_str());
+  a.out = cases::ReadAll(started.files[1]);
+  a.err = cases::ReadAll(started.files[2]);
+  for (const std::string& file : started.files) unlink(file.c_str());
   return a;
 }
 

@@ -90,7 +90,7 @@ class DeviceRoot {
   std::vector<int> CollectSignals(size_t daemon) const;
   struct Started {
     int pid;
-    std::string in, out, err;
+    std::string files[3];  // standard input, output and error
   };
   Started Start(const std::string& argv0, const Request& request) const;
   static Answer Finish(const Started& started);
