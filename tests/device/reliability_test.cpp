@@ -16,30 +16,22 @@
 namespace device_test {
 namespace {
 
-// Polls a file's size while requests run; counts the times it was short.
-class SizeWatch {
- public:
-  SizeWatch(const std::string& path, off_t size)
-      : thread_([this, path, size] {
-          for (struct stat st; !stop_; std::this_thread::yield())
-            if (stat(path.c_str(), &st) != 0 || st.st_size < size) ++shortReads_;
-        }) {}
-  int Stop() {
-    stop_ = true;
-    thread_.join();
-    return shortReads_;
-  }
-
- private:
-  std::atomic<bool> stop_{false};
-  int shortReads_ = 0;
-  std::thread thread_;
-};
-
-std::vector<Request> Posts(const std::vector<std::string>& bodies) {
+// Posts the bodies at once, polling a file's size meanwhile; the answers,
+// and the times the file was found short.
+std::pair<std::vector<Answer>, int> PostTogether(const std::string& program,
+    const std::vector<std::string>& bodies, const std::string& path, off_t size) {
   std::vector<Request> requests;
   for (const std::string& body : bodies) requests.push_back({.body = body});
-  return requests;
+  std::atomic<bool> stop = false;
+  int shortReads = 0;
+  std::thread watch([&] {
+    for (struct stat st; !stop; std::this_thread::yield())
+      if (stat(path.c_str(), &st) != 0 || st.st_size < size) ++shortReads;
+  });
+  const std::vector<Answer> answers = DeviceRoot::Get().RunTogether(program, requests);
+  stop = true;
+  watch.join();
+  return {answers, shortReads};
 }
 
 // The saves of a test (data/saves.cases): module, record size, and each
@@ -67,16 +59,17 @@ TEST(Reliability, FiftyOverlappingSavesKeepEveryUpdate) {
     root.Reset();
     root.SetModule(b.module);
     Bytes record(b.size, 0);
-    record[50] = record[66] = 0;  // the zoom module's one-shots idle
     root.WriteRecord(b.module, record);
     // Request i posts value i+1 to key i % keys; the last of each key's posts is at least keys
     // apart.
     std::vector<std::string> bodies;
     for (size_t i = 0; i < 50; ++i)
       bodies.push_back(b.keys[i % b.keys.size()].first + "=" + std::to_string(i + 1));
-    SizeWatch watch(root.HostPath(DeviceRoot::RecordPath(b.module)), static_cast<off_t>(b.size));
-    const std::vector<Answer> answers = root.RunTogether("zrcamctlset.cgi", Posts(bodies));
-    EXPECT_EQ(watch.Stop(), 0) << b.module;
+    const auto [answers, shortReads] = PostTogether("zrcamctlset.cgi",
+        bodies,
+        root.HostPath(DeviceRoot::RecordPath(b.module)),
+        static_cast<off_t>(b.size));
+    EXPECT_EQ(shortReads, 0) << b.module;
     for (const Answer& a : answers) EXPECT_EQ(a.out, "") << b.module << a.err;
     const Bytes after = *root.ReadRecord(b.module);
     ASSERT_EQ(after.size(), b.size);
@@ -102,9 +95,7 @@ TEST(Reliability, OverlappingFisheyeAndPresetLabelSaves) {
   const std::string forms[] = {"CenterX", "CenterY", "OuterRadius", "InnerRadius"};
   std::vector<std::string> bodies;
   for (int i = 0; i < 20; ++i) bodies.push_back(forms[i % 4] + "=" + std::to_string(100 + i));
-  SizeWatch watch(root.HostPath(conf), 60);
-  root.RunTogether("zrfisheyeset.cgi", Posts(bodies));
-  EXPECT_EQ(watch.Stop(), 0);
+  EXPECT_EQ(PostTogether("zrfisheyeset.cgi", bodies, root.HostPath(conf), 60).second, 0);
   const std::string text = root.ReadFile(conf).value();
   for (int k = 0; k < 4; ++k) {
     bool one = false;
@@ -119,8 +110,10 @@ TEST(Reliability, OverlappingFisheyeAndPresetLabelSaves) {
   const std::string presets = "/opt/kfp/etc/ZrConf/PtzConf.bin";
   Bytes expected = Pattern(262760, 0x3C);
   root.WriteFile(presets, expected);
-  root.RunTogether("zrcamctlset.cgi",
-      Posts({"PresetSetId=3&PresetSetLabel=Gate", "PresetSetId=7&PresetSetLabel=Yard"}));
+  PostTogether("zrcamctlset.cgi",
+      {"PresetSetId=3&PresetSetLabel=Gate", "PresetSetId=7&PresetSetLabel=Yard"},
+      root.HostPath(presets),
+      262760);
   for (const auto& [slot, label] : {std::pair{20 + 64 * 2, "Gate"}, {20 + 64 * 6, "Yard"}})
     std::copy(label, label + 5, expected.begin() + slot);
   EXPECT_TRUE(root.ReadFile(presets) == std::string(expected.begin(), expected.end()));
