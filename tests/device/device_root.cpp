@@ -12,7 +12,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "device_test_config.h"
 #include "tests/cases.h"
 
 #include <algorithm>
@@ -318,11 +317,11 @@ DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& r
   lseek(fds[0], 0, SEEK_SET);
 
   std::vector<std::string> env = {"PATH=/bin:/usr/bin:/usr/sbin"};
-  if (!request.method.empty()) env.push_back("REQUEST_METHOD=" + request.method);
-  if (!request.contentType.empty()) env.push_back("CONTENT_TYPE=" + request.contentType);
-  const std::string length = request.contentLength.value_or(std::to_string(request.body.size()));
-  if (!length.empty()) env.push_back("CONTENT_LENGTH=" + length);
-  if (request.queryString) env.push_back("QUERY_STRING=" + *request.queryString);
+  if (request.form) {
+    env.push_back("REQUEST_METHOD=POST");
+    env.push_back("CONTENT_TYPE=application/x-www-form-urlencoded");
+    env.push_back("CONTENT_LENGTH=" + std::to_string(request.body.size()));
+  }
   for (const auto& [k, v] : request.env) env.push_back(k + "=" + v);
   for (const char* pass : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
     if (getenv(pass)) env.push_back(std::string(pass) + "=" + getenv(pass));

@@ -14,11 +14,8 @@
 namespace device_test {
 
 struct Request {
-  std::string method = "POST";
-  std::string contentType = "application/x-www-form-urlencoded";
-  std::string body;                          // standard input
-  std::optional<std::string> contentLength;  // default: the body's length
-  std::optional<std::string> queryString;
+  std::string body;  // standard input
+  bool form = true;  // posted as a form: method, content type and length set
   std::vector<std::pair<std::string, std::string>> env;  // further variables
   unsigned uid = 0;  // run as this user and group instead of root
 };

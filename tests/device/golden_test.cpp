@@ -19,7 +19,6 @@
 #include <sstream>
 #include <string_view>
 
-#include "device_test_config.h"
 #include "tests/cases.h"
 #include "tests/device/device_root.h"
 #include "inspect/family_notes.h"
@@ -63,8 +62,7 @@ std::vector<Case> Parse(const std::string& file) {
   bool expecting = false;
   for (std::string line; std::getline(in, line);) {
     if (line.rfind("case ", 0) == 0) {
-      cases.push_back(
-          {line.substr(5), "", {.method = "", .contentType = "", .contentLength = ""}, "", ""});
+      cases.push_back({line.substr(5), "", {.form = false}, "", ""});
       expecting = false;
       continue;
     }
@@ -93,7 +91,7 @@ std::vector<Case> Parse(const std::string& file) {
 // The transcripts' names (without ".golden"), sorted.
 std::vector<std::string> GoldenFiles() {
   std::vector<std::string> files;
-  for (const std::string& name : ListHost(ZRCAMCTL_GOLDEN_DIR))
+  for (const std::string& name : ListHost(ZRCAMCTL_TESTS_DIR "/golden"))
     if (name.ends_with(".golden")) files.push_back(name.substr(0, name.size() - 7));
   return files;
 }
@@ -350,7 +348,7 @@ class Golden : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(Golden, Replays) {
   DeviceRoot& root = DeviceRoot::Get();
-  const std::string file = std::string(ZRCAMCTL_GOLDEN_DIR) + "/" + GetParam() + ".golden";
+  const std::string file = std::string(ZRCAMCTL_TESTS_DIR "/golden/") + GetParam() + ".golden";
   std::vector<Case> cases = Parse(file);
   ASSERT_FALSE(cases.empty()) << file;
   const bool record = getenv("ZRCAMCTL_GOLDEN_RECORD") != nullptr;
@@ -406,7 +404,7 @@ bool IsFamilyGolden(const std::string& golden) {
 TEST_P(Golden, DecodesAsPosted) {
   static RecordKey keys[kMaxRecordKeys];
   const std::string golden = GetParam();
-  for (const Case& c : Parse(std::string(ZRCAMCTL_GOLDEN_DIR) + "/" + golden + ".golden")) {
+  for (const Case& c : Parse(std::string(ZRCAMCTL_TESTS_DIR "/golden/") + golden + ".golden")) {
     if (c.name.find(" OneKey ") == std::string::npos) continue;
     const std::string pair = c.request.body.substr(0, c.request.body.find('&'));
     const std::string key = pair.substr(0, pair.find('=')), value = pair.substr(pair.find('=') + 1);
