@@ -109,12 +109,33 @@ DeviceRoot::DeviceRoot() {
     mkdir((proc + "/driver").c_str(), 0755);
   }
   WriteFile("/web/setup/cam.htm", std::string("<p>camera page</p>\n"));
-  StartDaemons();
+  // The daemons' stand-ins, the signals they take blocked until they wait for them.
+  sigset_t set, old;
+  sigemptyset(&set);
+  for (const int sig : {SIGUSR1, SIGUSR2, kFlushSignal}) sigaddset(&set, sig);
+  sigprocmask(SIG_BLOCK, &set, &old);
+  for (StandIn& d : daemons_) {
+    int fds[2];
+    if (pipe(fds) != 0) Die("pipe");
+    d.pid = fork();
+    if (d.pid < 0) Die("fork");
+    if (d.pid == 0) {
+      close(fds[0]);
+      StandInLoop(fds[1]);
+    }
+    close(fds[1]);
+    d.readFd = fds[0];
+  }
+  sigprocmask(SIG_SETMASK, &old, nullptr);
   Reset();
 }
 
 DeviceRoot::~DeviceRoot() {
-  StopDaemons();
+  for (StandIn& d : daemons_) {
+    kill(d.pid, SIGKILL);
+    waitpid(d.pid, nullptr, 0);
+    close(d.readFd);
+  }
   for (auto it = mounts_.rbegin(); it != mounts_.rend(); ++it)
     umount2(HostPath(*it).c_str(), MNT_DETACH);
   bool clean = true;
@@ -123,35 +144,6 @@ DeviceRoot::~DeviceRoot() {
             umount2((root_ + "/proc").c_str(), MNT_DETACH) == 0;
   }
   if (clean) (void)!system(("rm -rf " + Quote(root_)).c_str());
-}
-
-void DeviceRoot::StartDaemons() {
-  sigset_t set, old;
-  sigemptyset(&set);
-  for (const int sig : {SIGUSR1, SIGUSR2, kFlushSignal}) sigaddset(&set, sig);
-  sigprocmask(SIG_BLOCK, &set, &old);
-  for (StandIn& d : daemons_) {
-    int fds[2];
-    if (pipe(fds) != 0) Die("pipe");
-    const pid_t pid = fork();
-    if (pid < 0) Die("fork");
-    if (pid == 0) {
-      close(fds[0]);
-      StandInLoop(fds[1]);
-    }
-    close(fds[1]);
-    d.pid = pid;
-    d.readFd = fds[0];
-  }
-  sigprocmask(SIG_SETMASK, &old, nullptr);
-}
-
-void DeviceRoot::StopDaemons() {
-  for (StandIn& d : daemons_) {
-    kill(d.pid, SIGKILL);
-    waitpid(d.pid, nullptr, 0);
-    close(d.readFd);
-  }
 }
 
 std::vector<int> DeviceRoot::CollectSignals(size_t daemon) const {
@@ -260,11 +252,7 @@ void DeviceRoot::Unmount(const std::string& devicePath) const {
 }
 
 Answer DeviceRoot::Post(const std::string& program, const std::string& body) const {
-  return Run(program, {.body = body});
-}
-
-Answer DeviceRoot::Run(const std::string& program, const Request& request) const {
-  return RunAs("/web/cgi-bin/" + program, request);
+  return RunAs("/web/cgi-bin/" + program, {.body = body});
 }
 
 Answer DeviceRoot::RunAs(const std::string& argv0, const Request& request) const {

@@ -67,7 +67,6 @@ class DeviceRoot {
   void BindReadOnly(const std::string& devicePath) const;
   void Unmount(const std::string& devicePath) const;
 
-  Answer Run(const std::string& program, const Request& request) const;
   Answer Post(const std::string& program, const std::string& body) const;
   // argv[0] as given, for the dispatch on names.
   Answer RunAs(const std::string& argv0, const Request& request) const;
@@ -82,8 +81,6 @@ class DeviceRoot {
 
  private:
   DeviceRoot();
-  void StartDaemons();
-  void StopDaemons();
   std::vector<int> CollectSignals(size_t daemon) const;
   struct Started {
     int pid;
