@@ -18,27 +18,9 @@
 namespace device_test {
 namespace {
 
-// Every family of the list, on the first module code that routes to it
-// ("ZZ" for a family none does).
-struct Family {
-  const SettingsFamily* family;
-  std::string code;
-};
-std::vector<Family> Families() {
-  std::vector<Family> families;
-  for (int f = 0; f < kFamilyNoteCount; ++f) {
-    Family family = {kFamilyNotes[f].family, "ZZ"};
-    for (const ModuleRow& row : ModuleTable)
-      if (row.family == family.family && family.code == "ZZ")
-        family.code = {static_cast<char>(row.code >> 8), static_cast<char>(row.code & 0xFF)};
-    families.push_back(family);
-  }
-  return families;
-}
-
 // Runs a handler in a child chrooted into the root, on the form; returns
-// "result\n", the error buffer's text, its NUL and the byte after; leaves its diagnostics in
-// /tmp/handler.err.
+// "result\n", the error buffer's text, its NUL and the byte after; leaves
+// its diagnostics in /tmp/handler.err.
 std::string RunHandler(
     DeviceRoot& root, const SettingsFamily* family, const std::string& form, const char* path) {
   const pid_t pid = fork();
@@ -67,32 +49,39 @@ std::string RunHandler(
 TEST(SettingsFamilies, WriteFailuresAndReadOnlyRecords) {
   DeviceRoot& root = DeviceRoot::Get();
   const std::string failed = "ZrCamCtlWriteConfToFile is failed\n";
-  for (const Family& f : Families()) {
-    const size_t recordSize = f.family->recordSize;
+  for (int n = 0; n < kFamilyNoteCount; ++n) {  // every family of the list
+    const SettingsFamily* family = kFamilyNotes[n].family;
+    const size_t recordSize = family->recordSize;
+    std::string code = "ZZ";  // the first module code that routes to it, if any
+    for (const ModuleRow& row : ModuleTable) {
+      if (row.family != family) continue;
+      code = {static_cast<char>(row.code >> 8), static_cast<char>(row.code & 0xFF)};
+      break;
+    }
     root.Reset();
-    const std::string path = DeviceRoot::RecordPath(f.code);
+    const std::string path = DeviceRoot::RecordPath(code);
     root.MountTmpfs("/opt/kfp/etc/ZrConf", "64k");
-    if (f.code != "ZZ") root.WriteRecord(f.code, Pattern(recordSize));
+    if (code != "ZZ") root.WriteRecord(code, Pattern(recordSize));
     (void)!system(
         ("cat /dev/zero 2>/dev/null >" + root.HostPath("/opt/kfp/etc/ZrConf/filler")).c_str());
-    EXPECT_EQ(RunHandler(root, f.family, "", path.c_str()),
-        std::to_string(f.family->writeFailure.result) + "\n" + failed + '\0' + 'z')
-        << f.code;
+    EXPECT_EQ(RunHandler(root, family, "", path.c_str()),
+        std::to_string(family->writeFailure.result) + "\n" + failed + '\0' + 'z')
+        << code;
     EXPECT_NE(root.ReadFile("/tmp/handler.err").value_or("").find(failed), std::string::npos)
-        << f.code;
-    EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), f.code == "ZZ" ? 1u : 2u) << f.code;
-    if (f.code != "ZZ") EXPECT_EQ(*root.ReadRecord(f.code), Pattern(recordSize)) << f.code;
+        << code;
+    EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), code == "ZZ" ? 1u : 2u) << code;
+    if (code != "ZZ") EXPECT_EQ(*root.ReadRecord(code), Pattern(recordSize)) << code;
     root.Unmount("/opt/kfp/etc/ZrConf");
-    if (f.code == "ZZ") continue;
+    if (code == "ZZ") continue;
     // A record on a read-only mount: the error page, no signal, the file kept.
-    root.SetModule(f.code);
-    root.WriteRecord(f.code, Pattern(recordSize));
+    root.SetModule(code);
+    root.WriteRecord(code, Pattern(recordSize));
     root.BindReadOnly(path);
     const Answer a = root.Post("zrcamctlset.cgi", "RetReDir=/r");
     root.Unmount(path);
-    EXPECT_EQ(a.out, ErrorPage("ZrCamCtlWriteConfToFile is failed\\n")) << f.code;
-    EXPECT_EQ(a.zrcamctldSignals, std::vector<int>{}) << f.code;
-    EXPECT_EQ(root.ReadRecord(f.code), Pattern(recordSize)) << f.code;
+    EXPECT_EQ(a.out, ErrorPage("ZrCamCtlWriteConfToFile is failed\\n")) << code;
+    EXPECT_EQ(a.zrcamctldSignals, std::vector<int>{}) << code;
+    EXPECT_EQ(root.ReadRecord(code), Pattern(recordSize)) << code;
   }
 }
 
