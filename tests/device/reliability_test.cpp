@@ -141,20 +141,12 @@ TEST(Reliability, HeldLockDelaysThenSaves) {
 // user after one by root, all take it in turn and keep every update.
 TEST(Reliability, EverySaveTakesTheLockBriefly) {
   const Saves words = SavesOf("lock").at(0);  // module 0y's
-  struct Case {
-    const char* name;
-    const char* saveCfg;  // the stand-in's first line
-    const char* also;     // posted with every key
-    unsigned uid;
-  };
-  const Case cases[] = {
-      {"savecfg taking 3 s", "/bin/busybox sleep 3", "&SaveCfg=YES", 0},
-      {"another user after root", ":", "", 65534},
-  };
   DeviceRoot& root = DeviceRoot::Get();
   const std::string saveCfg = root.ReadFile("/usr/sbin/savecfg").value();
   const std::string lock = root.HostPath("/var/run/zrcamctl.lock");
-  for (const Case& c : cases) {
+  for (const cases::Case& turn : cases::Read("device", "saves")) {
+    if (turn[0] != "turns") continue;
+    const std::string& name = turn[1];
     root.Reset();
     root.SetModule("0y");
     // Saves take turns, each syncing its file: on a RAM file system, so that
@@ -164,18 +156,19 @@ TEST(Reliability, EverySaveTakesTheLockBriefly) {
     unlink(lock.c_str());
     root.Post("zrcamctlset.cgi", "Hue=0");  // root's save makes the lock file
     struct stat st;
-    EXPECT_TRUE(stat(lock.c_str(), &st) == 0 && (st.st_mode & 07777) == 0644) << c.name;
-    root.WriteFile("/usr/sbin/savecfg", "#!/bin/sh\n" + std::string(c.saveCfg) + "\n");
+    EXPECT_TRUE(stat(lock.c_str(), &st) == 0 && (st.st_mode & 07777) == 0644) << name;
+    root.WriteFile("/usr/sbin/savecfg", "#!/bin/sh\n" + turn[2] + "\n");
     std::vector<Request> saves;
     Bytes expected(128, 0);
     for (size_t i = 0; i < words.keys.size(); ++i) {
       const auto& [key, offset] = words.keys[i];
-      saves.push_back({.body = key + "=" + std::to_string(i + 1) + c.also, .uid = c.uid});
+      saves.push_back({.body = key + "=" + std::to_string(i + 1) + turn[3],
+          .uid = static_cast<unsigned>(std::stoul(turn[4]))});
       expected[offset] = static_cast<uint8_t>(i + 1);
     }
     for (const Answer& a : root.RunTogether("zrcamctlset.cgi", saves))
-      EXPECT_EQ(a.err.find("lock not taken"), std::string::npos) << c.name << a.err;
-    EXPECT_EQ(root.ReadRecord("0y"), expected) << c.name;
+      EXPECT_EQ(a.err.find("lock not taken"), std::string::npos) << name << a.err;
+    EXPECT_EQ(root.ReadRecord("0y"), expected) << name;
     root.Unmount("/opt/kfp/etc/ZrConf");
   }
   root.WriteFile("/usr/sbin/savecfg", saveCfg);
