@@ -1,6 +1,5 @@
 #include "tests/device/device_root.h"
 
-#include <dirent.h>
 #include <ftw.h>
 #include <signal.h>
 #include <stdio.h>
@@ -15,6 +14,7 @@
 #include "tests/cases.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 
 namespace device_test {
@@ -69,12 +69,9 @@ Bytes Pattern(size_t size, uint8_t seed) {
 
 std::vector<std::string> ListHost(const std::string& directory) {
   std::vector<std::string> names;
-  if (DIR* dir = opendir(directory.c_str())) {
-    while (const dirent* e = readdir(dir)) {
-      if (strcmp(e->d_name, ".") != 0 && strcmp(e->d_name, "..") != 0) names.push_back(e->d_name);
-    }
-    closedir(dir);
-  }
+  std::error_code missing;  // lists nothing
+  for (const auto& entry : std::filesystem::directory_iterator(directory, missing))
+    names.push_back(entry.path().filename());
   std::sort(names.begin(), names.end());
   return names;
 }

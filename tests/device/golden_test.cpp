@@ -7,15 +7,16 @@
 //
 // Re-recording after a deliberate change (never done by a plain run):
 //   ZRCAMCTL_GOLDEN_RECORD=1 ctest --preset host -R Golden
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <map>
+#include <set>
 #include <sstream>
 #include <string_view>
 
@@ -156,35 +157,19 @@ using Tree = std::map<std::string, Entry>;
 // What a request may read or change: everything but the programs, the
 // libraries and the kernel's files; the basic configuration and the shell's
 // cat are watched on their own.
-void Walk(const std::string& host, const std::string& path, Tree& tree) {
-  static const char* const kSkip[] = {"/bin", "/usr", "/lib", "/dev", "/proc", "/web/cgi-bin"};
-  for (const char* s : kSkip)
-    if (path == s) return;
-  DIR* dir = opendir((host + path).c_str());
-  if (!dir) return;
-  while (const dirent* e = readdir(dir)) {
-    const std::string name = e->d_name;
-    if (name == "." || name == "..") continue;
-    const std::string p = path + "/" + name;
-    struct stat st;
-    if (lstat((host + p).c_str(), &st) != 0) continue;
-    if (S_ISDIR(st.st_mode)) {
-      tree[p] = {'d', ""};
-      Walk(host, p, tree);
-    } else if (S_ISLNK(st.st_mode)) {
-      char target[512];
-      const ssize_t n = readlink((host + p).c_str(), target, sizeof target);
-      tree[p] = {'l', std::string(target, n > 0 ? n : 0)};
-    } else if (S_ISREG(st.st_mode)) {
-      tree[p] = {'f', cases::ReadAll(host + p)};
-    }
-  }
-  closedir(dir);
-}
-
 Tree Snapshot(const DeviceRoot& root) {
+  namespace fs = std::filesystem;
+  static const std::set<std::string> kSkip = {
+      "/bin", "/usr", "/lib", "/dev", "/proc", "/web/cgi-bin"};
+  const std::string host = root.HostPath("");
   Tree tree;
-  Walk(root.HostPath(""), "", tree);
+  for (auto it = fs::recursive_directory_iterator(host); it != fs::end(it); ++it) {
+    const std::string p = it->path().string().substr(host.size());
+    if (it->is_symlink()) tree[p] = {'l', fs::read_symlink(it->path())};
+    else if (it->is_directory()) tree[p] = {'d', ""};
+    else if (it->is_regular_file()) tree[p] = {'f', cases::ReadAll(it->path())};
+    if (kSkip.count(p)) it.disable_recursion_pending();
+  }
   for (const char* p : {"/bin/cat", "/proc/driver/qe_basic_conf"}) {
     struct stat st;
     if (lstat(root.HostPath(p).c_str(), &st) == 0)
