@@ -107,12 +107,10 @@ TEST(SettingsFamilies, UnroutedZoomModuleMergesItsKeysAndNoRowSelectsIt) {
   EXPECT_EQ(root.ReadRecord("ZZ"), expected);
   root.WriteFile(path, Pattern(30));
   const std::string form =
-      "FocusMode=512&AwbMode=513&AwbRGain=514&AwbBGain=515&ExpMode=516&ExpSlowShutter=517&ExpeIris="
-      "518&"
-      "ExpShutter=519&ExpBrightness=520&ExpDayNight=521&ExpWdrMode=522&ExpWdrValue=523&"
-      "ImgSharpness=524&"
-      "MaxDigitalZoom=525&PwrFrequency=526&Chroma=527&DnrLevel=528&FlipMode=529&Gamma=530&"
-      "ExpIris=1&PwrFreq=2&Flip=3&DnrMode=4&ExpGamma=5";
+      "FocusMode=512&AwbMode=513&AwbRGain=514&AwbBGain=515&ExpMode=516&ExpSlowShutter=517&"
+      "ExpeIris=518&ExpShutter=519&ExpBrightness=520&ExpDayNight=521&ExpWdrMode=522&"
+      "ExpWdrValue=523&ImgSharpness=524&MaxDigitalZoom=525&PwrFrequency=526&Chroma=527&"
+      "DnrLevel=528&FlipMode=529&Gamma=530&ExpIris=1&PwrFreq=2&Flip=3&DnrMode=4&ExpGamma=5";
   EXPECT_EQ(RunHandler(root, &kUnroutedZoomModule, form, path.c_str()), "1\n");
   expected = {0xa5, 0xca};
   for (uint8_t v = 0; v <= 0x12; ++v) expected.push_back(v);
