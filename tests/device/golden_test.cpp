@@ -183,13 +183,9 @@ std::string Quoted(const std::string& s) {
   for (const unsigned char c : s) {
     if (c == '\n') q += "\\n";
     else if (c == '"' || c == '\\') q += std::string("\\") + static_cast<char>(c);
-    else if (c < 0x20 || c > 0x7e) {
-      char hex[5];
-      snprintf(hex, sizeof hex, "\\x%02x", c);
-      q += hex;
-    } else {
-      q += static_cast<char>(c);
-    }
+    else if (c < 0x20 || c > 0x7e)
+      q += {'\\', 'x', "0123456789abcdef"[c >> 4], "0123456789abcdef"[c & 15]};
+    else q += static_cast<char>(c);
   }
   return q + "\"";
 }
@@ -204,11 +200,10 @@ bool IsText(const std::string& path, const std::string& s) {
 // Bytes as their differences from a reference: "bytes SIZE BASE" and one
 // "  at OFFSET: hh hh ..." line per run of changed bytes.
 std::string DescribeBytes(const std::string& now, const std::string* was) {
+  const uint8_t first = now.empty() ? 0 : static_cast<uint8_t>(now[0]);
   auto base = [&](int kind, size_t i) -> uint8_t {
     if (kind == 0) return i < was->size() ? static_cast<uint8_t>((*was)[i]) : 0;
-    if (kind == 1) return 0;
-    const uint8_t first = now.empty() ? 0 : static_cast<uint8_t>(now[0]);
-    return kind == 2 ? first : PatternByte(first, i);
+    return kind == 1 ? 0 : kind == 2 ? first : PatternByte(first, i);
   };
   int best = -1;
   size_t fewest = SIZE_MAX;
@@ -218,7 +213,6 @@ std::string DescribeBytes(const std::string& now, const std::string* was) {
     if (n < fewest) fewest = n, best = kind;
   }
   char head[64];
-  const unsigned first = now.empty() ? 0 : static_cast<uint8_t>(now[0]);
   static const char* const kBase[] = {"was", "zeros", "fill", "pattern"};
   snprintf(head, sizeof head, "bytes %zu %s", now.size(), kBase[best]);
   std::string out = head;
