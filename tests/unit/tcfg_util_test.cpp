@@ -15,11 +15,8 @@
 
 namespace {
 
-struct CfgDeleter {
-  void operator()(tcfg* cfg) const { free_cfg(cfg); }
-};
-using Cfg = std::unique_ptr<tcfg, CfgDeleter>;
-Cfg Mem(const std::string& text) { return Cfg(create_mem_cfg(text.data(), text.size())); }
+using Cfg = std::unique_ptr<tcfg, decltype(&free_cfg)>;
+Cfg Mem(const std::string& text) { return {create_mem_cfg(text.data(), text.size()), free_cfg}; }
 std::string Lines(const tcfg* cfg) {  // every line, "|" between them
   std::string lines;
   for (int i = 0; i < cfg->lineCount; ++i) lines += (i ? "|" : "") + std::string(cfg->lines[i]);
@@ -71,7 +68,7 @@ TEST_F(TcfgFiles, Steps) {
   for (int i = 0; i < kTcfgMaxLines + 2; ++i)
     table += "L" + std::to_string(i) + "=" + std::to_string(i) + "\n";
   for (int i = 0; i < kTcfgMaxLines; ++i) full += "x\r\n";
-  Cfg cfg;
+  Cfg cfg(nullptr, free_cfg);
   for (const cases::Case& step : cases::Read("unit",
            "tcfg_files",
            {{"dir", dir}, {"k", k}, {"p255", p255}, {"table", table}, {"full", full}})) {
