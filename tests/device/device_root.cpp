@@ -1,10 +1,8 @@
 #include "tests/device/device_root.h"
 
-#include <ftw.h>
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
-#include <string.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
@@ -33,10 +31,6 @@ std::string Setting(const char* name, const char* built) {
   const char* v = getenv(name);
   return v ? v : built;
 }
-
-int RemoveOne(const char* path, const struct stat*, int, FTW*) { return remove(path); }
-
-std::string Quote(const std::string& s) { return "'" + s + "'"; }
 
 // A daemon stand-in: records each SIGUSR1/SIGUSR2 as one byte on its pipe,
 // and the flush signal as a byte that ends a collection.
@@ -87,11 +81,13 @@ DeviceRoot::DeviceRoot() {
   root_ = dir;
   chmod(dir, 0755);  // like a device's /: other users enter it too
   emulator_ = Setting("ZRCAMCTL_EMULATOR", ZRCAMCTL_EMULATOR);
-  const std::string exe = Setting("ZRCAMCTL_EXE", ZRCAMCTL_EXE);
-  const std::string script = Setting("ZRCAMCTL_ROOT_SCRIPT", ZRCAMCTL_ROOT_SCRIPT);
-  const std::string command = "/bin/sh " + Quote(script) + " " + Quote(root_) + " " + Quote(exe) +
-                              " " + Quote(emulator_) + " " +
-                              Quote(Setting("ZRCAMCTL_SYSROOT", ZRCAMCTL_SYSROOT));
+  std::string command = "/bin/sh";
+  for (const std::string& arg : {Setting("ZRCAMCTL_ROOT_SCRIPT", ZRCAMCTL_ROOT_SCRIPT),
+           root_,
+           Setting("ZRCAMCTL_EXE", ZRCAMCTL_EXE),
+           emulator_,
+           Setting("ZRCAMCTL_SYSROOT", ZRCAMCTL_SYSROOT)})
+    command += " '" + arg + "'";
   if (system(command.c_str()) != 0) Die("command failed: " + command);
 
   // A real /proc lets sanitizer runtimes read their own maps; the driver's
@@ -140,7 +136,8 @@ DeviceRoot::~DeviceRoot() {
     clean = umount2((root_ + "/proc/driver").c_str(), MNT_DETACH) == 0 &&
             umount2((root_ + "/proc").c_str(), MNT_DETACH) == 0;
   }
-  if (clean) (void)!system(("rm -rf " + Quote(root_)).c_str());
+  std::error_code ignored;
+  if (clean) std::filesystem::remove_all(root_, ignored);
 }
 
 std::vector<int> DeviceRoot::CollectSignals(size_t daemon) const {
@@ -171,7 +168,8 @@ void DeviceRoot::Reset() {
 }
 
 void DeviceRoot::RemoveAll(const std::string& devicePath) const {
-  nftw(HostPath(devicePath).c_str(), RemoveOne, 16, FTW_DEPTH | FTW_PHYS);
+  std::error_code missing;  // nothing to remove
+  std::filesystem::remove_all(HostPath(devicePath), missing);
 }
 
 void DeviceRoot::MakeDirs(const std::string& devicePath) const {
