@@ -353,12 +353,8 @@ KeyValue AsStored(const Field& field, const std::string& posted, std::string& te
        : type == FieldType::U16                            ? 0xFFFF
                                                            : ~0u;
   const bool signedWord = type == FieldType::U32 && rule != ValueRule::Unsigned;
-  return {false,
-      type == FieldType::Checkbox ? 1
-      : signedWord                ? int64_t{static_cast<int32_t>(v)}
-                                  : int64_t{v},
-      nullptr,
-      0};
+  const int64_t value = signedWord ? int64_t{static_cast<int32_t>(v)} : int64_t{v};
+  return {false, type == FieldType::Checkbox ? 1 : value, nullptr, 0};
 }
 
 // A family's transcripts: tests/golden/<its file's name, '-' for '_'>.golden.
@@ -374,9 +370,8 @@ TEST_P(Golden, DecodesAsPosted) {
     if (c.name.find(" OneKey ") == std::string::npos) continue;
     const std::string pair = c.request.body.substr(0, c.request.body.find('&'));
     const std::string key = pair.substr(0, pair.find('=')), value = pair.substr(pair.find('=') + 1);
-    std::map<std::string, std::string> given,
-        left;  // the module of the product code (0J unless given)
-    std::string code = "0J";
+    std::map<std::string, std::string> given, left;
+    std::string code = "0J";  // the module of the product code, unless given
     for (const FileLine& file : FileLines(c.given, "given ")) {
       given[file.path] = left[file.path] = file.bytes;
       std::string_view quoted = file.description;
@@ -401,9 +396,8 @@ TEST_P(Golden, DecodesAsPosted) {
           const RecordView before = {reinterpret_cast<uint8_t*>(was.data()), size};
           const RecordView idRecord = {
               reinterpret_cast<uint8_t*>(ids.data()), static_cast<uint32_t>(ids.size())};
-          for (int k = 0, count = ListRecordKeys(layout, keys, kMaxRecordKeys, true, gate);
-               k < count;
-               ++k) {
+          const int count = ListRecordKeys(layout, keys, kMaxRecordKeys, true, gate);
+          for (int k = 0; k < count; ++k) {
             char posted[kShownKeySize], want[kShownValueSize], got[kShownValueSize];
             PostedKey(keys[k], posted, sizeof posted);
             const uint32_t id = keys[k].group ? StoredValue(idRecord, *keys[k].group) : 0;
