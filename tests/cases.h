@@ -3,18 +3,34 @@
 // "@name = text" names a text that "${name}" stands for further down;
 // "{{N*text}}" is text N times; \n \r \t \v \f \0 \\ are the C escapes and
 // \e is nothing (an empty field, or an end a trailing blank would not show).
+// Also the files cases work on: a whole file, a directory of a test's own.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <string.h>
 
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <string>
 #include <vector>
 
 namespace cases {
+
+// A whole file ("" when it cannot be read).
+inline std::string ReadAll(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+// A test in a fresh directory of its own, removed after it.
+class InTempDir : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_NE(mkdtemp(dir.data()), nullptr); }
+  void TearDown() override { std::filesystem::remove_all(dir); }
+  std::string dir = "/tmp/zrcamctl-test.XXXXXX";
+};
 
 using Case = std::vector<std::string>;
 using Names = std::map<std::string, std::string>;

@@ -1,8 +1,5 @@
 # Fails unless libc.so.6 is the executable's only NEEDED library.
-execute_process(COMMAND ${READELF} -d ${EXE} OUTPUT_VARIABLE dynamic RESULT_VARIABLE rc)
-if(NOT rc EQUAL 0)
-  message(FATAL_ERROR "readelf failed on ${EXE}")
-endif()
+execute_process(COMMAND ${READELF} -d ${EXE} OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "Shared library: \\[[^]]*\\]" needed "${dynamic}")
 if(NOT needed STREQUAL "Shared library: [libc.so.6]")
   message(FATAL_ERROR "NEEDED is '${needed}', expected only libc.so.6")

@@ -1,23 +1,19 @@
 #include "tests/device/device_root.h"
 
-#include <dirent.h>
-#include <ftw.h>
-#include <fcntl.h>
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
-#include <string.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "device_test_config.h"
+#include "tests/cases.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
-#include <sstream>
 
 namespace device_test {
 namespace {
@@ -36,23 +32,13 @@ std::string Setting(const char* name, const char* built) {
   return v ? v : built;
 }
 
-int RemoveOne(const char* path, const struct stat*, int, FTW*) { return remove(path); }
-
-void Shell(const std::string& command) {
-  if (system(command.c_str()) != 0) Die("command failed: " + command);
-}
-
-std::string Quote(const std::string& s) { return "'" + s + "'"; }
-
 // A daemon stand-in: records each SIGUSR1/SIGUSR2 as one byte on its pipe,
 // and the flush signal as a byte that ends a collection.
 [[noreturn]] void StandInLoop(int writeFd) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   sigset_t set;
   sigemptyset(&set);
-  sigaddset(&set, SIGUSR1);
-  sigaddset(&set, SIGUSR2);
-  sigaddset(&set, kFlushSignal);
+  for (const int sig : {SIGUSR1, SIGUSR2, kFlushSignal}) sigaddset(&set, sig);
   for (;;) {
     const int sig = sigwaitinfo(&set, nullptr);
     if (sig < 0) continue;
@@ -63,42 +49,25 @@ std::string Quote(const std::string& s) { return "'" + s + "'"; }
 
 }  // namespace
 
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-std::string ErrorPage(const std::string& program, const std::string& error) {
-  std::string errorText;
-  for (const char c : error) {
-    errorText += c == '\n'               ? std::string("\\n")
-                 : c == '"' || c == '\\' ? std::string("\\") + c
-                                         : std::string(1, c);
-  }
+std::string ErrorPage(const std::string& errorText) {
   return "Content-type: text/html\r\n\r\n<html>\n<head>\n<script language=javascript>\n"
-         "alert(\"" +
-         program + " Cgi Func:[" + errorText +
-         "] return ERROR!!!\");\n"
-         "history.go(-1);\n</script>\n</head>\n</html>\n";
+         "alert(\"zrcamctlset.cgi Cgi Func:[" +
+         errorText + "] return ERROR!!!\");\nhistory.go(-1);\n</script>\n</head>\n</html>\n";
 }
 
 Bytes Pattern(size_t size, uint8_t seed) {
   Bytes b(size);
-  for (size_t i = 0; i < size; ++i) b[i] = static_cast<uint8_t>(seed + i * 37);
+  for (size_t i = 0; i < size; ++i) b[i] = PatternByte(seed, i);
   return b;
 }
 
-std::string Hex(const Bytes& bytes) {
-  static const char digits[] = "0123456789abcdef";
-  std::string s;
-  for (size_t i = 0; i < bytes.size(); ++i) {
-    if (i) s += (i % 16 == 0) ? '\n' : ' ';
-    s += digits[bytes[i] >> 4];
-    s += digits[bytes[i] & 15];
-  }
-  return s;
+std::vector<std::string> ListHost(const std::string& directory) {
+  std::vector<std::string> names;
+  std::error_code missing;  // lists nothing
+  for (const auto& entry : std::filesystem::directory_iterator(directory, missing))
+    names.push_back(entry.path().filename());
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
 DeviceRoot& DeviceRoot::Get() {
@@ -112,10 +81,14 @@ DeviceRoot::DeviceRoot() {
   root_ = dir;
   chmod(dir, 0755);  // like a device's /: other users enter it too
   emulator_ = Setting("ZRCAMCTL_EMULATOR", ZRCAMCTL_EMULATOR);
-  const std::string exe = Setting("ZRCAMCTL_EXE", ZRCAMCTL_EXE);
-  const std::string script = Setting("ZRCAMCTL_ROOT_SCRIPT", ZRCAMCTL_ROOT_SCRIPT);
-  Shell("/bin/sh " + Quote(script) + " " + Quote(root_) + " " + Quote(exe) + " " +
-        Quote(emulator_) + " " + Quote(Setting("ZRCAMCTL_SYSROOT", ZRCAMCTL_SYSROOT)));
+  std::string command = "/bin/sh";
+  for (const std::string& arg : {Setting("ZRCAMCTL_ROOT_SCRIPT", ZRCAMCTL_ROOT_SCRIPT),
+           root_,
+           Setting("ZRCAMCTL_EXE", ZRCAMCTL_EXE),
+           emulator_,
+           Setting("ZRCAMCTL_SYSROOT", ZRCAMCTL_SYSROOT)})
+    command += " '" + arg + "'";
+  if (system(command.c_str()) != 0) Die("command failed: " + command);
 
   // A real /proc lets sanitizer runtimes read their own maps; the driver's
   // directory is replaced by a small file system holding the stand-in
@@ -129,12 +102,33 @@ DeviceRoot::DeviceRoot() {
     mkdir((proc + "/driver").c_str(), 0755);
   }
   WriteFile("/web/setup/cam.htm", std::string("<p>camera page</p>\n"));
-  StartDaemons();
+  // The daemons' stand-ins, the signals they take blocked until they wait for them.
+  sigset_t set, old;
+  sigemptyset(&set);
+  for (const int sig : {SIGUSR1, SIGUSR2, kFlushSignal}) sigaddset(&set, sig);
+  sigprocmask(SIG_BLOCK, &set, &old);
+  for (StandIn& d : daemons_) {
+    int fds[2];
+    if (pipe(fds) != 0) Die("pipe");
+    d.pid = fork();
+    if (d.pid < 0) Die("fork");
+    if (d.pid == 0) {
+      close(fds[0]);
+      StandInLoop(fds[1]);
+    }
+    close(fds[1]);
+    d.readFd = fds[0];
+  }
+  sigprocmask(SIG_SETMASK, &old, nullptr);
   Reset();
 }
 
 DeviceRoot::~DeviceRoot() {
-  StopDaemons();
+  for (StandIn& d : daemons_) {
+    kill(d.pid, SIGKILL);
+    waitpid(d.pid, nullptr, 0);
+    close(d.readFd);
+  }
   for (auto it = mounts_.rbegin(); it != mounts_.rend(); ++it)
     umount2(HostPath(*it).c_str(), MNT_DETACH);
   bool clean = true;
@@ -142,41 +136,8 @@ DeviceRoot::~DeviceRoot() {
     clean = umount2((root_ + "/proc/driver").c_str(), MNT_DETACH) == 0 &&
             umount2((root_ + "/proc").c_str(), MNT_DETACH) == 0;
   }
-  if (clean) (void)!system(("rm -rf " + Quote(root_)).c_str());
-}
-
-void DeviceRoot::StartDaemons() {
-  sigset_t set, old;
-  sigemptyset(&set);
-  sigaddset(&set, SIGUSR1);
-  sigaddset(&set, SIGUSR2);
-  sigaddset(&set, kFlushSignal);
-  sigprocmask(SIG_BLOCK, &set, &old);
-  for (StandIn& d : daemons_) {
-    int fds[2];
-    if (pipe(fds) != 0) Die("pipe");
-    const pid_t pid = fork();
-    if (pid < 0) Die("fork");
-    if (pid == 0) {
-      close(fds[0]);
-      StandInLoop(fds[1]);
-    }
-    close(fds[1]);
-    d.pid = pid;
-    d.readFd = fds[0];
-  }
-  sigprocmask(SIG_SETMASK, &old, nullptr);
-}
-
-void DeviceRoot::StopDaemons() {
-  for (StandIn& d : daemons_) {
-    if (d.pid > 0) {
-      kill(d.pid, SIGKILL);
-      waitpid(d.pid, nullptr, 0);
-      close(d.readFd);
-    }
-    d.pid = -1;
-  }
+  std::error_code ignored;
+  if (clean) std::filesystem::remove_all(root_, ignored);
 }
 
 std::vector<int> DeviceRoot::CollectSignals(size_t daemon) const {
@@ -196,15 +157,19 @@ void DeviceRoot::Reset() {
   MakeDirs("/opt/kfp/etc/ZrConf/");
   MakeDirs("/tmp/");
   chmod(HostPath("/tmp").c_str(), 01777);
-  for (size_t i = 0; i < 2; ++i)
-    SetPidFile(kDaemonNames[i], std::to_string(daemons_[i].pid) + "\n");
+  for (size_t i = 0; i < 2; ++i) {
+    CollectSignals(i);  // drops what killed requests sent
+    WriteFile("/var/run/" + std::string(kDaemonNames[i]) + ".pid",
+        std::to_string(daemons_[i].pid) + "\n");
+  }
   SetModule("0J");
   WriteFile("/var/run/zrcamctl.lock", std::string());  // as after the device's first save
   (void)!symlink("busybox", HostPath("/bin/cat").c_str());
 }
 
 void DeviceRoot::RemoveAll(const std::string& devicePath) const {
-  nftw(HostPath(devicePath).c_str(), RemoveOne, 16, FTW_DEPTH | FTW_PHYS);
+  std::error_code missing;  // nothing to remove
+  std::filesystem::remove_all(HostPath(devicePath), missing);
 }
 
 void DeviceRoot::MakeDirs(const std::string& devicePath) const {
@@ -230,19 +195,11 @@ void DeviceRoot::WriteFile(const std::string& devicePath, const Bytes& content) 
 std::optional<std::string> DeviceRoot::ReadFile(const std::string& devicePath) const {
   struct stat st;
   if (lstat(HostPath(devicePath).c_str(), &st) != 0) return std::nullopt;
-  return Slurp(HostPath(devicePath));
+  return cases::ReadAll(HostPath(devicePath));
 }
 
 std::vector<std::string> DeviceRoot::List(const std::string& deviceDirectory) const {
-  std::vector<std::string> names;
-  if (DIR* dir = opendir(HostPath(deviceDirectory).c_str())) {
-    while (const dirent* e = readdir(dir)) {
-      if (strcmp(e->d_name, ".") != 0 && strcmp(e->d_name, "..") != 0) names.push_back(e->d_name);
-    }
-    closedir(dir);
-  }
-  std::sort(names.begin(), names.end());
-  return names;
+  return ListHost(HostPath(deviceDirectory));
 }
 
 void DeviceRoot::SetModule(const std::string& moduleCode) const {
@@ -263,11 +220,6 @@ std::optional<Bytes> DeviceRoot::ReadRecord(const std::string& moduleCode) const
   const auto content = ReadFile(RecordPath(moduleCode));
   if (!content) return std::nullopt;
   return Bytes(content->begin(), content->end());
-}
-
-void DeviceRoot::SetPidFile(const std::string& daemon, const std::string& content) const {
-  const std::string path = "/var/run/" + daemon + ".pid";
-  content.empty() ? RemoveAll(path) : WriteFile(path, content);
 }
 
 int DeviceRoot::DaemonPid(const std::string& daemon) const {
@@ -294,31 +246,8 @@ void DeviceRoot::Unmount(const std::string& devicePath) const {
   mounts_.erase(std::remove(mounts_.begin(), mounts_.end(), devicePath), mounts_.end());
 }
 
-void DeviceRoot::FillUp(const std::string& devicePath) const {
-  const int fd = open(HostPath(devicePath).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-  if (fd < 0) Die("open " + devicePath);
-  const std::string chunk(512, 'f');
-  while (write(fd, chunk.data(), chunk.size()) > 0) {}
-  while (write(fd, chunk.data(), 1) > 0) {}
-  close(fd);
-}
-
 Answer DeviceRoot::Post(const std::string& program, const std::string& body) const {
-  Request r;
-  r.body = body;
-  return Run(program, r);
-}
-
-Answer DeviceRoot::Get(const std::string& program, const std::string& query) const {
-  Request r;
-  r.method = "GET";
-  r.contentType = "";
-  r.queryString = query;
-  return Run(program, r);
-}
-
-Answer DeviceRoot::Run(const std::string& program, const Request& request) const {
-  return RunAs("/web/cgi-bin/" + program, request);
+  return RunAs("/web/cgi-bin/" + program, {.body = body});
 }
 
 Answer DeviceRoot::RunAs(const std::string& argv0, const Request& request) const {
@@ -356,37 +285,36 @@ DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& r
   if (file.empty() || file[0] != '/' || lstat(HostPath(file).c_str(), &st) != 0)
     file = "/web/cgi-bin/zrcamctlset.cgi";
 
-  char inPath[] = "/tmp/zrcamctl-in.XXXXXX";
-  char outPath[] = "/tmp/zrcamctl-out.XXXXXX";
-  char errPath[] = "/tmp/zrcamctl-err.XXXXXX";
-  const int inFd = mkstemp(inPath);
-  const int outFd = mkstemp(outPath);
-  const int errFd = mkstemp(errPath);
-  if (inFd < 0 || outFd < 0 || errFd < 0) Die("mkstemp");
-  if (!request.body.empty() && write(inFd, request.body.data(), request.body.size()) !=
+  // Standard input, output and error: files of the host's /tmp.
+  Started started;
+  int fds[3];
+  for (int i = 0; i < 3; ++i) {
+    char path[] = "/tmp/zrcamctl-io.XXXXXX";
+    if ((fds[i] = mkstemp(path)) < 0) Die("mkstemp");
+    started.files[i] = path;
+  }
+  if (!request.body.empty() && write(fds[0], request.body.data(), request.body.size()) !=
                                    static_cast<ssize_t>(request.body.size())) {
     Die("write body");
   }
-  lseek(inFd, 0, SEEK_SET);
+  lseek(fds[0], 0, SEEK_SET);
 
   std::vector<std::string> env = {"PATH=/bin:/usr/bin:/usr/sbin"};
-  if (!request.method.empty()) env.push_back("REQUEST_METHOD=" + request.method);
-  if (!request.contentType.empty()) env.push_back("CONTENT_TYPE=" + request.contentType);
-  const std::string length = request.contentLength.value_or(std::to_string(request.body.size()));
-  if (!length.empty()) env.push_back("CONTENT_LENGTH=" + length);
-  if (request.queryString) env.push_back("QUERY_STRING=" + *request.queryString);
+  if (request.form) {
+    env.push_back("REQUEST_METHOD=POST");
+    env.push_back("CONTENT_TYPE=application/x-www-form-urlencoded");
+    env.push_back("CONTENT_LENGTH=" + std::to_string(request.body.size()));
+  }
   for (const auto& [k, v] : request.env) env.push_back(k + "=" + v);
   for (const char* pass : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
     if (getenv(pass)) env.push_back(std::string(pass) + "=" + getenv(pass));
   }
 
-  std::vector<std::string> args;
+  std::vector<std::string> args = {argv0};
   std::string exec = file;
   if (!emulator_.empty()) {
     exec = "/usr/bin/qemu-arm-static";
     args = {"qemu-arm-static", "-0", argv0, file};
-  } else {
-    args = {argv0};
   }
   std::vector<char*> argv, envp;
   for (auto& a : args) argv.push_back(a.data());
@@ -394,21 +322,17 @@ DeviceRoot::Started DeviceRoot::Start(const std::string& argv0, const Request& r
   for (auto& e : env) envp.push_back(e.data());
   envp.push_back(nullptr);
 
-  const pid_t pid = fork();
-  if (pid < 0) Die("fork");
-  if (pid == 0) {
-    dup2(inFd, 0);
-    dup2(outFd, 1);
-    dup2(errFd, 2);
+  started.pid = fork();
+  if (started.pid < 0) Die("fork");
+  if (started.pid == 0) {
+    for (int i = 0; i < 3; ++i) dup2(fds[i], i);
     if (chroot(root_.c_str()) != 0 || chdir("/") != 0) _exit(126);
     if (request.uid != 0 && (setgid(request.uid) != 0 || setuid(request.uid) != 0)) _exit(126);
     execve(exec.c_str(), argv.data(), envp.data());
     _exit(127);
   }
-  close(inFd);
-  close(outFd);
-  close(errFd);
-  return {pid, inPath, outPath, errPath};
+  for (const int fd : fds) close(fd);
+  return started;
 }
 
 Answer DeviceRoot::Finish(const Started& started) {
@@ -417,11 +341,9 @@ Answer DeviceRoot::Finish(const Started& started) {
   Answer a;
   if (WIFEXITED(status)) a.exitStatus = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) a.termSignal = WTERMSIG(status);
-  a.out = Slurp(started.out);
-  a.err = Slurp(started.err);
-  unlink(started.in.c_str());
-  unlink(started.out.c_str());
-  unlink(started.err.c_str());
+  a.out = cases::ReadAll(started.files[1]);
+  a.err = cases::ReadAll(started.files[2]);
+  for (const std::string& file : started.files) unlink(file.c_str());
   return a;
 }
 

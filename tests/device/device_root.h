@@ -14,11 +14,8 @@
 namespace device_test {
 
 struct Request {
-  std::string method = "POST";
-  std::string contentType = "application/x-www-form-urlencoded";
-  std::string body;                          // standard input
-  std::optional<std::string> contentLength;  // default: the body's length
-  std::optional<std::string> queryString;
+  std::string body;  // standard input
+  bool form = true;  // posted as a form: method, content type and length set
   std::vector<std::pair<std::string, std::string>> env;  // further variables
   unsigned uid = 0;  // run as this user and group instead of root
 };
@@ -32,10 +29,8 @@ struct Answer {
   std::vector<int> vmfdSignals;
 };
 
-inline constexpr char kAnswer204[] = "HTTP/1.1 204 OKContent-type: text/html\r\n\r\n";
-
-// The error page for a program name and error-buffer text.
-std::string ErrorPage(const std::string& program, const std::string& errorText);
+// The set program's error page for an error-buffer text, its line breaks as "\\n".
+std::string ErrorPage(const std::string& errorText);
 
 using Bytes = std::vector<uint8_t>;
 
@@ -65,20 +60,14 @@ class DeviceRoot {
   void WriteRecord(const std::string& moduleCode, const Bytes& record) const;
   std::optional<Bytes> ReadRecord(const std::string& moduleCode) const;
 
-  // Pid file contents; "" removes the file.
-  void SetPidFile(const std::string& daemon, const std::string& content) const;
   int DaemonPid(const std::string& daemon) const;
 
   // Mounts and unmounts inside the root, for fault injection.
   void MountTmpfs(const std::string& deviceDirectory, const std::string& size) const;
   void BindReadOnly(const std::string& devicePath) const;
   void Unmount(const std::string& devicePath) const;
-  // Writes devicePath until its file system has no space left.
-  void FillUp(const std::string& devicePath) const;
 
-  Answer Run(const std::string& program, const Request& request) const;
   Answer Post(const std::string& program, const std::string& body) const;
-  Answer Get(const std::string& program, const std::string& query) const;
   // argv[0] as given, for the dispatch on names.
   Answer RunAs(const std::string& argv0, const Request& request) const;
   // Many requests at once: all are started before any is waited for. The
@@ -92,12 +81,10 @@ class DeviceRoot {
 
  private:
   DeviceRoot();
-  void StartDaemons();
-  void StopDaemons();
   std::vector<int> CollectSignals(size_t daemon) const;
   struct Started {
     int pid;
-    std::string in, out, err;
+    std::string files[3];  // standard input, output and error
   };
   Started Start(const std::string& argv0, const Request& request) const;
   static Answer Finish(const Started& started);
@@ -113,11 +100,11 @@ class DeviceRoot {
   mutable std::vector<std::string> mounts_;
 };
 
-// A whole file of the host.
-std::string Slurp(const std::string& path);
+// The names in a host directory, sorted.
+std::vector<std::string> ListHost(const std::string& directory);
 
-// Little helpers for record bytes.
+// Record bytes that differ from their neighbours: byte i is seed + 37 i.
+inline uint8_t PatternByte(uint8_t seed, size_t i) { return static_cast<uint8_t>(seed + i * 37); }
 Bytes Pattern(size_t size, uint8_t seed = 0xA5);
-std::string Hex(const Bytes& bytes);
 
 }  // namespace device_test

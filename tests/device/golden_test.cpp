@@ -7,20 +7,20 @@
 //
 // Re-recording after a deliberate change (never done by a plain run):
 //   ZRCAMCTL_GOLDEN_RECORD=1 ctest --preset host -R Golden
-#include <ctype.h>
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <map>
+#include <set>
 #include <sstream>
 #include <string_view>
 
-#include "device_test_config.h"
+#include "tests/cases.h"
 #include "tests/device/device_root.h"
 #include "inspect/family_notes.h"
 #include "inspect/record_keys.h"
@@ -57,16 +57,13 @@ std::string Unquote(std::string_view& s) {
   return out;
 }
 
-uint8_t PatternByte(uint8_t seed, size_t i) { return static_cast<uint8_t>(seed + i * 37); }
-
 std::vector<Case> Parse(const std::string& file) {
   std::vector<Case> cases;
   std::ifstream in(file);
   bool expecting = false;
   for (std::string line; std::getline(in, line);) {
     if (line.rfind("case ", 0) == 0) {
-      cases.push_back(
-          {line.substr(5), "", {.method = "", .contentType = "", .contentLength = ""}, "", ""});
+      cases.push_back({line.substr(5), "", {.form = false}, "", ""});
       expecting = false;
       continue;
     }
@@ -92,27 +89,12 @@ std::vector<Case> Parse(const std::string& file) {
   return cases;
 }
 
-// The transcripts' names in a directory (without ".golden"), sorted, and
-// a name as a test's: letters and digits, '_' for the rest.
-std::vector<std::string> GoldenFiles(const std::string& directory) {
+// The transcripts' names (without ".golden"), sorted.
+std::vector<std::string> GoldenFiles() {
   std::vector<std::string> files;
-  if (DIR* dir = opendir(directory.c_str())) {
-    while (const dirent* e = readdir(dir)) {
-      const std::string name = e->d_name;
-      if (name.size() > 7 && name.substr(name.size() - 7) == ".golden")
-        files.push_back(name.substr(0, name.size() - 7));
-    }
-    closedir(dir);
-  }
-  std::sort(files.begin(), files.end());
+  for (const std::string& name : ListHost(ZRCAMCTL_TESTS_DIR "/golden"))
+    if (name.ends_with(".golden")) files.push_back(name.substr(0, name.size() - 7));
   return files;
-}
-
-std::string GoldenName(const ::testing::TestParamInfo<std::string>& info) {
-  std::string n = info.param;
-  for (char& ch : n)
-    if (!isalnum(static_cast<unsigned char>(ch))) ch = '_';
-  return n;
 }
 
 // A file of a case: a "given PATH ..." line, or a changed file of the outcome.
@@ -175,35 +157,19 @@ using Tree = std::map<std::string, Entry>;
 // What a request may read or change: everything but the programs, the
 // libraries and the kernel's files; the basic configuration and the shell's
 // cat are watched on their own.
-void Walk(const std::string& host, const std::string& path, Tree& tree) {
-  static const char* const kSkip[] = {"/bin", "/usr", "/lib", "/dev", "/proc", "/web/cgi-bin"};
-  for (const char* s : kSkip)
-    if (path == s) return;
-  DIR* dir = opendir((host + path).c_str());
-  if (!dir) return;
-  while (const dirent* e = readdir(dir)) {
-    const std::string name = e->d_name;
-    if (name == "." || name == "..") continue;
-    const std::string p = path + "/" + name;
-    struct stat st;
-    if (lstat((host + p).c_str(), &st) != 0) continue;
-    if (S_ISDIR(st.st_mode)) {
-      tree[p] = {'d', ""};
-      Walk(host, p, tree);
-    } else if (S_ISLNK(st.st_mode)) {
-      char target[512];
-      const ssize_t n = readlink((host + p).c_str(), target, sizeof target);
-      tree[p] = {'l', std::string(target, n > 0 ? n : 0)};
-    } else if (S_ISREG(st.st_mode)) {
-      tree[p] = {'f', Slurp(host + p)};
-    }
-  }
-  closedir(dir);
-}
-
 Tree Snapshot(const DeviceRoot& root) {
+  namespace fs = std::filesystem;
+  static const std::set<std::string> kSkip = {
+      "/bin", "/usr", "/lib", "/dev", "/proc", "/web/cgi-bin"};
+  const std::string host = root.HostPath("");
   Tree tree;
-  Walk(root.HostPath(""), "", tree);
+  for (auto it = fs::recursive_directory_iterator(host); it != fs::end(it); ++it) {
+    const std::string p = it->path().string().substr(host.size());
+    if (it->is_symlink()) tree[p] = {'l', fs::read_symlink(it->path())};
+    else if (it->is_directory()) tree[p] = {'d', ""};
+    else if (it->is_regular_file()) tree[p] = {'f', cases::ReadAll(it->path())};
+    if (kSkip.count(p)) it.disable_recursion_pending();
+  }
   for (const char* p : {"/bin/cat", "/proc/driver/qe_basic_conf"}) {
     struct stat st;
     if (lstat(root.HostPath(p).c_str(), &st) == 0)
@@ -217,13 +183,9 @@ std::string Quoted(const std::string& s) {
   for (const unsigned char c : s) {
     if (c == '\n') q += "\\n";
     else if (c == '"' || c == '\\') q += std::string("\\") + static_cast<char>(c);
-    else if (c < 0x20 || c > 0x7e) {
-      char hex[5];
-      snprintf(hex, sizeof hex, "\\x%02x", c);
-      q += hex;
-    } else {
-      q += static_cast<char>(c);
-    }
+    else if (c < 0x20 || c > 0x7e)
+      q += {'\\', 'x', "0123456789abcdef"[c >> 4], "0123456789abcdef"[c & 15]};
+    else q += static_cast<char>(c);
   }
   return q + "\"";
 }
@@ -238,11 +200,10 @@ bool IsText(const std::string& path, const std::string& s) {
 // Bytes as their differences from a reference: "bytes SIZE BASE" and one
 // "  at OFFSET: hh hh ..." line per run of changed bytes.
 std::string DescribeBytes(const std::string& now, const std::string* was) {
+  const uint8_t first = now.empty() ? 0 : static_cast<uint8_t>(now[0]);
   auto base = [&](int kind, size_t i) -> uint8_t {
     if (kind == 0) return i < was->size() ? static_cast<uint8_t>((*was)[i]) : 0;
-    if (kind == 1) return 0;
-    const uint8_t first = now.empty() ? 0 : static_cast<uint8_t>(now[0]);
-    return kind == 2 ? first : PatternByte(first, i);
+    return kind == 1 ? 0 : kind == 2 ? first : PatternByte(first, i);
   };
   int best = -1;
   size_t fewest = SIZE_MAX;
@@ -252,7 +213,6 @@ std::string DescribeBytes(const std::string& now, const std::string* was) {
     if (n < fewest) fewest = n, best = kind;
   }
   char head[64];
-  const unsigned first = now.empty() ? 0 : static_cast<uint8_t>(now[0]);
   static const char* const kBase[] = {"was", "zeros", "fill", "pattern"};
   snprintf(head, sizeof head, "bytes %zu %s", now.size(), kBase[best]);
   std::string out = head;
@@ -285,14 +245,14 @@ std::string Describe(const std::string& path, const Entry* now, const Entry* was
   return DescribeBytes(now->data, was && was->kind == 'f' ? &was->data : nullptr);
 }
 
-std::string Changes(const Tree& before, const Tree& after, const std::string& prefix) {
+std::string Changes(const Tree& before, const Tree& after) {
   std::string out;
   auto line = [&](const std::string& path) {
     const auto b = before.find(path), a = after.find(path);
     const Entry* was = b == before.end() ? nullptr : &b->second;
     const Entry* now = a == after.end() ? nullptr : &a->second;
     if (was && now && *was == *now) return;
-    out += prefix + path + " " + Describe(path, now, was) + "\n";
+    out += path + " " + Describe(path, now, was) + "\n";
   };
   for (const auto& [path, e] : before) line(path);
   for (const auto& [path, e] : after)
@@ -322,7 +282,7 @@ std::string Outcome(const DeviceRoot& root, const Tree& before, const Answer& a)
     for (int s : *sigs) out += " " + std::to_string(s);
     out += "\n";
   }
-  return out + PidsOut(root, Changes(before, Snapshot(root), ""));
+  return out + PidsOut(root, Changes(before, Snapshot(root)));
 }
 
 // Writes the given files into the freshly reset root.
@@ -352,31 +312,23 @@ void Apply(const DeviceRoot& root, const std::string& given) {
   }
 }
 
-std::string Format(const Case& c) {
-  return "case " + c.name + "\n" + c.given + "expect\n" + c.expected + "end\n";
-}
-
-std::string Replay(DeviceRoot& root, const Case& c) {
-  root.Reset();
-  Apply(root, c.given);
-  const Tree before = Snapshot(root);
-  return Outcome(root, before, root.RunAs(c.argv0, c.request));
-}
-
 class Golden : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(Golden, Replays) {
   DeviceRoot& root = DeviceRoot::Get();
-  const std::string file = std::string(ZRCAMCTL_GOLDEN_DIR) + "/" + GetParam() + ".golden";
+  const std::string file = std::string(ZRCAMCTL_TESTS_DIR "/golden/") + GetParam() + ".golden";
   std::vector<Case> cases = Parse(file);
   ASSERT_FALSE(cases.empty()) << file;
   const bool record = getenv("ZRCAMCTL_GOLDEN_RECORD") != nullptr;
   std::string rewritten;
   for (Case& c : cases) {
-    const std::string got = Replay(root, c);
+    root.Reset();
+    Apply(root, c.given);
+    const Tree before = Snapshot(root);
+    const std::string got = Outcome(root, before, root.RunAs(c.argv0, c.request));
     if (record) c.expected = got;
     EXPECT_EQ(got, c.expected) << file << ": case " << c.name << "\n" << c.given;
-    rewritten += Format(c);
+    rewritten += "case " + c.name + "\n" + c.given + "expect\n" + c.expected + "end\n";
   }
   if (record) std::ofstream(file, std::ios::binary | std::ios::trunc) << rewritten;
 }
@@ -401,35 +353,25 @@ KeyValue AsStored(const Field& field, const std::string& posted, std::string& te
        : type == FieldType::U16                            ? 0xFFFF
                                                            : ~0u;
   const bool signedWord = type == FieldType::U32 && rule != ValueRule::Unsigned;
-  return {false,
-      type == FieldType::Checkbox ? 1
-      : signedWord                ? int64_t{static_cast<int32_t>(v)}
-                                  : int64_t{v},
-      nullptr,
-      0};
+  const int64_t value = signedWord ? int64_t{static_cast<int32_t>(v)} : int64_t{v};
+  return {false, type == FieldType::Checkbox ? 1 : value, nullptr, 0};
 }
 
 // A family's transcripts: tests/golden/<its file's name, '-' for '_'>.golden.
-std::string TranscriptName(std::string file) {
-  std::replace(file.begin(), file.end(), '_', '-');
+std::string TranscriptName(std::string file, char from = '_', char to = '-') {
+  std::replace(file.begin(), file.end(), from, to);
   return file;
-}
-bool IsFamilyGolden(const std::string& golden) {
-  for (int f = 0; f < kFamilyNoteCount; ++f)
-    if (TranscriptName(kFamilyNotes[f].file) == golden) return true;
-  return false;
 }
 
 TEST_P(Golden, DecodesAsPosted) {
   static RecordKey keys[kMaxRecordKeys];
   const std::string golden = GetParam();
-  for (const Case& c : Parse(std::string(ZRCAMCTL_GOLDEN_DIR) + "/" + golden + ".golden")) {
+  for (const Case& c : Parse(std::string(ZRCAMCTL_TESTS_DIR "/golden/") + golden + ".golden")) {
     if (c.name.find(" OneKey ") == std::string::npos) continue;
     const std::string pair = c.request.body.substr(0, c.request.body.find('&'));
     const std::string key = pair.substr(0, pair.find('=')), value = pair.substr(pair.find('=') + 1);
-    std::map<std::string, std::string> given,
-        left;  // the module of the product code (0J unless given)
-    std::string code = "0J";
+    std::map<std::string, std::string> given, left;
+    std::string code = "0J";  // the module of the product code, unless given
     for (const FileLine& file : FileLines(c.given, "given ")) {
       given[file.path] = left[file.path] = file.bytes;
       std::string_view quoted = file.description;
@@ -441,8 +383,6 @@ TEST_P(Golden, DecodesAsPosted) {
     const ModuleRow* row = FindModuleRow(ModuleCode(code.c_str()));
     const FamilyNotes* notes = row && row->family ? FindFamilyNotes(row->family) : nullptr;
     ASSERT_TRUE(notes) << c.name << ": module " << code;
-    // A family's transcripts are filed under its file's name.
-    if (IsFamilyGolden(golden)) EXPECT_EQ(TranscriptName(notes->file), golden) << c.name;
     if (IsOwnKey(*notes, key.c_str())) continue;
     // The record, then each side file; slot ids are the record's rows.
     std::string ids;
@@ -456,9 +396,8 @@ TEST_P(Golden, DecodesAsPosted) {
           const RecordView before = {reinterpret_cast<uint8_t*>(was.data()), size};
           const RecordView idRecord = {
               reinterpret_cast<uint8_t*>(ids.data()), static_cast<uint32_t>(ids.size())};
-          for (int k = 0, count = ListRecordKeys(layout, keys, kMaxRecordKeys, true, gate);
-               k < count;
-               ++k) {
+          const int count = ListRecordKeys(layout, keys, kMaxRecordKeys, true, gate);
+          for (int k = 0; k < count; ++k) {
             char posted[kShownKeySize], want[kShownValueSize], got[kShownValueSize];
             PostedKey(keys[k], posted, sizeof posted);
             const uint32_t id = keys[k].group ? StoredValue(idRecord, *keys[k].group) : 0;
@@ -488,7 +427,7 @@ TEST_P(Golden, DecodesAsPosted) {
 
 // Every family a module routes to has its transcripts.
 TEST(Transcripts, EveryRoutedFamilyHasItsOwn) {
-  const std::vector<std::string> files = GoldenFiles(ZRCAMCTL_GOLDEN_DIR);
+  const std::vector<std::string> files = GoldenFiles();
   for (const ModuleRow& row : ModuleTable) {
     if (!row.family) continue;
     const std::string name = TranscriptName(FindFamilyNotes(row.family)->file);
@@ -496,8 +435,9 @@ TEST(Transcripts, EveryRoutedFamilyHasItsOwn) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Transcripts, Golden, ::testing::ValuesIn(GoldenFiles(ZRCAMCTL_GOLDEN_DIR)), GoldenName);
+// Test names: the file's, '_' for '-'.
+INSTANTIATE_TEST_SUITE_P(Transcripts, Golden, ::testing::ValuesIn(GoldenFiles()),
+    [](const auto& info) { return TranscriptName(info.param, '-', '_'); });
 
 }  // namespace
 }  // namespace device_test

@@ -16,30 +16,22 @@
 namespace device_test {
 namespace {
 
-// Polls a file's size while requests run; counts the times it was short.
-class SizeWatch {
- public:
-  SizeWatch(const std::string& path, off_t size)
-      : thread_([this, path, size] {
-          for (struct stat st; !stop_; std::this_thread::yield())
-            if (stat(path.c_str(), &st) != 0 || st.st_size < size) ++shortReads_;
-        }) {}
-  int Stop() {
-    stop_ = true;
-    thread_.join();
-    return shortReads_;
-  }
-
- private:
-  std::atomic<bool> stop_{false};
-  int shortReads_ = 0;
-  std::thread thread_;
-};
-
-std::vector<Request> Posts(const std::vector<std::string>& bodies) {
+// Posts the bodies at once, polling a file's size meanwhile; the answers,
+// and the times the file was found short.
+std::pair<std::vector<Answer>, int> PostTogether(const std::string& program,
+    const std::vector<std::string>& bodies, const std::string& path, off_t size) {
   std::vector<Request> requests;
   for (const std::string& body : bodies) requests.push_back({.body = body});
-  return requests;
+  std::atomic<bool> stop = false;
+  int shortReads = 0;
+  std::thread watch([&] {
+    for (struct stat st; !stop; std::this_thread::yield())
+      if (stat(path.c_str(), &st) != 0 || st.st_size < size) ++shortReads;
+  });
+  const std::vector<Answer> answers = DeviceRoot::Get().RunTogether(program, requests);
+  stop = true;
+  watch.join();
+  return {answers, shortReads};
 }
 
 // The saves of a test (data/saves.cases): module, record size, and each
@@ -67,16 +59,17 @@ TEST(Reliability, FiftyOverlappingSavesKeepEveryUpdate) {
     root.Reset();
     root.SetModule(b.module);
     Bytes record(b.size, 0);
-    record[50] = record[66] = 0;  // the zoom module's one-shots idle
     root.WriteRecord(b.module, record);
     // Request i posts value i+1 to key i % keys; the last of each key's posts is at least keys
     // apart.
     std::vector<std::string> bodies;
     for (size_t i = 0; i < 50; ++i)
       bodies.push_back(b.keys[i % b.keys.size()].first + "=" + std::to_string(i + 1));
-    SizeWatch watch(root.HostPath(DeviceRoot::RecordPath(b.module)), static_cast<off_t>(b.size));
-    const std::vector<Answer> answers = root.RunTogether("zrcamctlset.cgi", Posts(bodies));
-    EXPECT_EQ(watch.Stop(), 0) << b.module;
+    const auto [answers, shortReads] = PostTogether("zrcamctlset.cgi",
+        bodies,
+        root.HostPath(DeviceRoot::RecordPath(b.module)),
+        static_cast<off_t>(b.size));
+    EXPECT_EQ(shortReads, 0) << b.module;
     for (const Answer& a : answers) EXPECT_EQ(a.out, "") << b.module << a.err;
     const Bytes after = *root.ReadRecord(b.module);
     ASSERT_EQ(after.size(), b.size);
@@ -87,7 +80,7 @@ TEST(Reliability, FiftyOverlappingSavesKeepEveryUpdate) {
           << b.module << " " << b.keys[k].first;
       record[b.keys[k].second] = after[b.keys[k].second];
     }
-    EXPECT_EQ(Hex(after), Hex(record)) << b.module;
+    EXPECT_EQ(after, record) << b.module;
     EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), 1u);
   }
 }
@@ -102,9 +95,7 @@ TEST(Reliability, OverlappingFisheyeAndPresetLabelSaves) {
   const std::string forms[] = {"CenterX", "CenterY", "OuterRadius", "InnerRadius"};
   std::vector<std::string> bodies;
   for (int i = 0; i < 20; ++i) bodies.push_back(forms[i % 4] + "=" + std::to_string(100 + i));
-  SizeWatch watch(root.HostPath(conf), 60);
-  root.RunTogether("zrfisheyeset.cgi", Posts(bodies));
-  EXPECT_EQ(watch.Stop(), 0);
+  EXPECT_EQ(PostTogether("zrfisheyeset.cgi", bodies, root.HostPath(conf), 60).second, 0);
   const std::string text = root.ReadFile(conf).value();
   for (int k = 0; k < 4; ++k) {
     bool one = false;
@@ -119,8 +110,10 @@ TEST(Reliability, OverlappingFisheyeAndPresetLabelSaves) {
   const std::string presets = "/opt/kfp/etc/ZrConf/PtzConf.bin";
   Bytes expected = Pattern(262760, 0x3C);
   root.WriteFile(presets, expected);
-  root.RunTogether("zrcamctlset.cgi",
-      Posts({"PresetSetId=3&PresetSetLabel=Gate", "PresetSetId=7&PresetSetLabel=Yard"}));
+  PostTogether("zrcamctlset.cgi",
+      {"PresetSetId=3&PresetSetLabel=Gate", "PresetSetId=7&PresetSetLabel=Yard"},
+      root.HostPath(presets),
+      262760);
   for (const auto& [slot, label] : {std::pair{20 + 64 * 2, "Gate"}, {20 + 64 * 6, "Yard"}})
     std::copy(label, label + 5, expected.begin() + slot);
   EXPECT_TRUE(root.ReadFile(presets) == std::string(expected.begin(), expected.end()));
@@ -148,20 +141,12 @@ TEST(Reliability, HeldLockDelaysThenSaves) {
 // user after one by root, all take it in turn and keep every update.
 TEST(Reliability, EverySaveTakesTheLockBriefly) {
   const Saves words = SavesOf("lock").at(0);  // module 0y's
-  struct Case {
-    const char* name;
-    const char* saveCfg;  // the stand-in's first line
-    const char* also;     // posted with every key
-    unsigned uid;
-  };
-  const Case cases[] = {
-      {"savecfg taking 3 s", "/bin/busybox sleep 3", "&SaveCfg=YES", 0},
-      {"another user after root", ":", "", 65534},
-  };
   DeviceRoot& root = DeviceRoot::Get();
   const std::string saveCfg = root.ReadFile("/usr/sbin/savecfg").value();
   const std::string lock = root.HostPath("/var/run/zrcamctl.lock");
-  for (const Case& c : cases) {
+  for (const cases::Case& turn : cases::Read("device", "saves")) {
+    if (turn[0] != "turns") continue;
+    const std::string& name = turn[1];
     root.Reset();
     root.SetModule("0y");
     // Saves take turns, each syncing its file: on a RAM file system, so that
@@ -171,18 +156,19 @@ TEST(Reliability, EverySaveTakesTheLockBriefly) {
     unlink(lock.c_str());
     root.Post("zrcamctlset.cgi", "Hue=0");  // root's save makes the lock file
     struct stat st;
-    EXPECT_TRUE(stat(lock.c_str(), &st) == 0 && (st.st_mode & 07777) == 0644) << c.name;
-    root.WriteFile("/usr/sbin/savecfg", "#!/bin/sh\n" + std::string(c.saveCfg) + "\n");
+    EXPECT_TRUE(stat(lock.c_str(), &st) == 0 && (st.st_mode & 07777) == 0644) << name;
+    root.WriteFile("/usr/sbin/savecfg", "#!/bin/sh\n" + turn[2] + "\n");
     std::vector<Request> saves;
     Bytes expected(128, 0);
     for (size_t i = 0; i < words.keys.size(); ++i) {
       const auto& [key, offset] = words.keys[i];
-      saves.push_back({.body = key + "=" + std::to_string(i + 1) + c.also, .uid = c.uid});
+      saves.push_back({.body = key + "=" + std::to_string(i + 1) + turn[3],
+          .uid = static_cast<unsigned>(std::stoul(turn[4]))});
       expected[offset] = static_cast<uint8_t>(i + 1);
     }
     for (const Answer& a : root.RunTogether("zrcamctlset.cgi", saves))
-      EXPECT_EQ(a.err.find("lock not taken"), std::string::npos) << c.name << a.err;
-    EXPECT_EQ(Hex(*root.ReadRecord("0y")), Hex(expected)) << c.name;
+      EXPECT_EQ(a.err.find("lock not taken"), std::string::npos) << name << a.err;
+    EXPECT_EQ(root.ReadRecord("0y"), expected) << name;
     root.Unmount("/opt/kfp/etc/ZrConf");
   }
   root.WriteFile("/usr/sbin/savecfg", saveCfg);
@@ -211,7 +197,7 @@ TEST(Reliability, KilledSavesAndLinksLeaveFilesWhole) {
   EXPECT_EQ(root.Post("zrcamctlset.cgi", "AwbMode=1").out, "");
   Bytes expected = target;
   expected[14] = 1;
-  EXPECT_EQ(Hex(*root.ReadRecord("0J")), Hex(expected));
+  EXPECT_EQ(root.ReadRecord("0J"), expected);
   EXPECT_TRUE(root.ReadFile("/opt/kfp/etc/target") == std::string(108, '\0'));
   // A planted link at the product code's copy path is removed, not written through.
   const int next = std::stoi(root.ReadFile("/proc/sys/kernel/ns_last_pid").value_or("0"));

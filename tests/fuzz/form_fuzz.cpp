@@ -27,12 +27,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (FormLookup(form, "NoSuchKeyInAnyForm", buffer, 128) != LookupNotFound &&
       !NextFormEntry(form, nullptr))
     __builtin_trap();
-  // The raw bytes as a value too, NUL-terminated.
-  char value[600];
-  const size_t n = size < sizeof value - 1 ? size : sizeof value - 1;
-  memcpy(value, text, n);
-  value[n] = '\0';
-  (void)FormValueToInt(value);
   FreeForm(form);
   return 0;
 }

@@ -1,8 +1,8 @@
-// Every settings handler over a fuzzed form and fuzzed record bytes, in
+// Every family's handler over a fuzzed form and fuzzed record bytes, in
 // process, against a record file in a temporary directory.
 //
-// Input: one byte choosing the handler, two bytes of record length, the
-// record bytes, then the urlencoded form.
+// Input: one byte choosing the family (in the order of families.h), two
+// bytes of record length, the record bytes, then the urlencoded form.
 #include <stddef.h>
 #include <stdint.h>
 #include <stdio.h>
@@ -10,8 +10,8 @@
 #include <string.h>
 #include <unistd.h>
 
-#include "modules/module_table.h"
 #include "cgi/cgi_request.h"
+#include "inspect/family_notes.h"
 
 namespace {
 
@@ -30,25 +30,11 @@ const char* RecordPath() {
   return path;
 }
 
-const ModuleRow& Handler(uint8_t choice) {
-  static ModuleRow rows[kModuleCount + 1] = {};
-  static int count = 0;
-  if (count == 0) {
-    for (const ModuleRow& row : ModuleTable) {
-      bool seen = row.family == nullptr;
-      for (int i = 0; i < count && !seen; ++i) seen = rows[i].family == row.family;
-      if (!seen) rows[count++] = row;
-    }
-    rows[count++] = ModuleRow{0, &kUnroutedZoomModule};  // in no table row
-  }
-  return rows[choice % count];
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 3) return 0;
-  const ModuleRow& row = Handler(data[0]);
+  const SettingsFamily& family = *kFamilyNotes[data[0] % kFamilyNoteCount].family;
   size_t recordLength = static_cast<size_t>(data[1] | data[2] << 8);
   data += 3;
   size -= 3;
@@ -66,9 +52,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (ParseUrlEncodedForm(request.form,
           reinterpret_cast<const char*>(data + recordLength),
           size - recordLength) == 0) {
-    const int result = RunSettingsFrame(request, *row.family, RecordPath());
+    (void)RunSettingsFrame(request, family, RecordPath());
     if (request.errorBuffer[kErrorBufferSize - 1] != '\0') __builtin_trap();
-    (void)result;
   }
   FreeForm(request.form);
   return 0;

@@ -1,13 +1,9 @@
 // Whole-record reads and writes with their results and messages.
 #include <gtest/gtest.h>
-#include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
-#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <time.h>
-#include <unistd.h>
 
 #include <fstream>
 #include <string>
@@ -18,16 +14,7 @@
 
 namespace {
 
-class RecordStore : public ::testing::Test {
- protected:
-  void SetUp() override { ASSERT_NE(mkdtemp(dir.data()), nullptr); }
-  void TearDown() override { (void)!system(("rm -rf " + dir).c_str()); }
-  std::string ReadRaw(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  }
-  std::string dir = "/tmp/zrstore.XXXXXX";
-};
+using RecordStore = cases::InTempDir;
 
 TEST_F(RecordStore, ReadsAndWrites) {
   for (const cases::Case& k : cases::Read("unit", "record_store")) {
@@ -52,7 +39,7 @@ TEST_F(RecordStore, ReadsAndWrites) {
     EXPECT_EQ(r, std::stoi(k[4])) << k[0];
     EXPECT_EQ(op == 'r'       ? std::string(record, 4).substr(0, k[5].size())
               : before == "/" ? ""
-                              : ReadRaw(path),
+                              : cases::ReadAll(path),
         k[5])
         << k[0];
     if (err.rfind("arg is wrong [a_conf:", 0) == 0)
@@ -92,7 +79,7 @@ TEST_F(RecordStore, FullDiskKeepsTheOldFile) {
                 "fwrite is failed [sizeToWrite=300000 sizeToWritten=", 0),
       0u);
   setrlimit(RLIMIT_FSIZE, &old);
-  EXPECT_EQ(ReadRaw(path), "old");
+  EXPECT_EQ(cases::ReadAll(path), "old");
   EXPECT_EQ(system(("test $(ls -A " + dir + " | wc -l) -eq 1").c_str()), 0);
 }
 

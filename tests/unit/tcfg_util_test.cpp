@@ -7,7 +7,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 
@@ -16,11 +15,8 @@
 
 namespace {
 
-struct CfgDeleter {
-  void operator()(tcfg* cfg) const { free_cfg(cfg); }
-};
-using Cfg = std::unique_ptr<tcfg, CfgDeleter>;
-Cfg Mem(const std::string& text) { return Cfg(create_mem_cfg(text.data(), text.size())); }
+using Cfg = std::unique_ptr<tcfg, decltype(&free_cfg)>;
+Cfg Mem(const std::string& text) { return {create_mem_cfg(text.data(), text.size()), free_cfg}; }
 std::string Lines(const tcfg* cfg) {  // every line, "|" between them
   std::string lines;
   for (int i = 0; i < cfg->lineCount; ++i) lines += (i ? "|" : "") + std::string(cfg->lines[i]);
@@ -31,13 +27,6 @@ std::string StderrOf(F call) {
   testing::internal::CaptureStderr();
   call();
   return testing::internal::GetCapturedStderr();
-}
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
-void WriteFile(const std::string& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
 }
 
 // One call on a fresh in-memory object: op | name | text | key | arg | a |
@@ -70,12 +59,7 @@ TEST(Tcfg, Cases) {
 }
 
 // Steps on files and on one object, each after the one before.
-class TcfgFiles : public ::testing::Test {
- protected:
-  void SetUp() override { ASSERT_NE(mkdtemp(dir.data()), nullptr); }
-  void TearDown() override { std::filesystem::remove_all(dir); }
-  std::string dir = "/tmp/tcfg_test.XXXXXX";
-};
+using TcfgFiles = cases::InTempDir;
 
 TEST_F(TcfgFiles, Steps) {
   const std::string k = dir + "/k.conf";
@@ -84,7 +68,7 @@ TEST_F(TcfgFiles, Steps) {
   for (int i = 0; i < kTcfgMaxLines + 2; ++i)
     table += "L" + std::to_string(i) + "=" + std::to_string(i) + "\n";
   for (int i = 0; i < kTcfgMaxLines; ++i) full += "x\r\n";
-  Cfg cfg;
+  Cfg cfg(nullptr, free_cfg);
   for (const cases::Case& step : cases::Read("unit",
            "tcfg_files",
            {{"dir", dir}, {"k", k}, {"p255", p255}, {"table", table}, {"full", full}})) {
@@ -113,8 +97,8 @@ TEST_F(TcfgFiles, Steps) {
       if (op == "lines") n(cfg->lineCount);
       if (op == "last") r = cfg->lines[cfg->lineCount - 1];
       if (op == "create") n(create_cfg_file(a));
-      if (op == "read") r = ReadFile(a);
-      if (op == "write") WriteFile(a, b);
+      if (op == "read") r = cases::ReadAll(a);
+      if (op == "write") std::ofstream(a, std::ios::binary) << b;
       if (op == "remove") n(remove(a));
       if (op == "mkdir") std::filesystem::create_directory(a);
       if (op == "rmtree") std::filesystem::remove_all(a), n(std::filesystem::exists(a));
