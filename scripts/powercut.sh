@@ -1,12 +1,14 @@
 #!/bin/sh
 # Power cuts on the box: boots the armhf build with a throwaway copy of its
-# settings partition, sends saves through the device's web server (0J and
-# 0y records, the fisheye file, a 1C preset label; each value says which
-# save it was), cuts the power (SIGKILL to qemu) at a random instant, often
-# a few milliseconds after an answer, boots again from the same disk and
-# checks, before new saves, that every file is whole (the first state or
-# one save's result), that every answered save or a later one is there and
-# that no leftover of a killed save outlives the next save of its file.
+# settings partition (the records and the preset file the saves touch given
+# patterned bytes first, so that no block out of place passes for whole),
+# sends saves through the device's web server (0J and 0y records, the
+# fisheye file, a 1C preset label; each value says which save it was), cuts
+# the power (SIGKILL to qemu) at a random instant, half of the time a few
+# milliseconds after an answer, boots again from the same disk and checks,
+# before new saves, that every file is whole (the first state or one save's
+# result), that every answered save or a later one is there and that no
+# leftover of a killed save outlives the next save of its file.
 #
 #   sh scripts/powercut.sh [N]        N cuts (default 10)
 #   sh scripts/powercut.sh --cost [PAIRS]
