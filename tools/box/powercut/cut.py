@@ -44,9 +44,13 @@ def patch(base, size, table, s):
     return bytes(b)
 
 
-def preset_file(base, s):  # preset 5: its flag, bit 4 at 16404, and its label at 276
+def preset_file(base, s):
+    """Preset 5: its flag, bit 4 at 16404, and its label at 276, copied with its
+    terminating zero and no more (the labels only grow, so the rest of the slot
+    keeps the first state)."""
     b = bytearray(base if base is not None else bytes(262760))
-    b[276:340] = (b'seq%d' % s).ljust(64, b'\0')
+    label = b'seq%d\0' % s
+    b[276:276 + len(label)] = label
     b[16404] |= 0x10
     return bytes(b)
 
@@ -161,24 +165,32 @@ def post(box, kind, s, cut_at):
 
 def seed(image, work):
     """Gives the binary files a first state of position-dependent bytes, so that
-    a block out of place, stale or zeroed does not pass for a whole file."""
+    a block out of place, stale or zeroed does not pass for a whole file; the
+    image's journal is replayed first, or the mount would undo the writes."""
     sizes = {'ZrCamCtlConf0J.bin': 108, 'ZrCamCtlConf0y.bin': 128, 'ZrCamCtlConf1C.bin': 1968,
              'PtzConf.bin': 262760}
-    commands = ['cd /ZrConf']
+    subprocess.run(['e2fsck', '-fy', image], stdout=subprocess.DEVNULL,
+                   stderr=subprocess.DEVNULL, timeout=60)
+    commands, seeded = ['cd /ZrConf'], {}
     for name, size in sizes.items():
+        seeded['ZrConf/' + name] = bytes((i * 37 + (i >> 8) * 11 + 5) & 255 for i in range(size))
         with open('%s/%s' % (work, name), 'wb') as f:
-            f.write(bytes((i * 37 + (i >> 8) * 11 + 5) & 255 for i in range(size)))
+            f.write(seeded['ZrConf/' + name])
         commands += ['rm %s' % name, 'write %s/%s %s' % (work, name, name)]
     subprocess.run(['debugfs', '-w', '-f', '-', image], input='\n'.join(commands).encode(),
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True, timeout=60)
+    return seeded
 
 
 def cuts(work, n, rng):
-    seed(work + '/settings.img', work)
+    seeded = seed(work + '/settings.img', work)
     first = Box(work, work + '/root.cpio', work + '/settings.img', 'boot0')
     boxes = [first]
     try:
         files = first.state()
+        for path in seeded:
+            if files.get(path) != seeded[path]:
+                raise Fail('the box does not hold the first state written to %s' % path)
         base = {path: files.get(path) for path in FILES}
         known = set(files)
         floor = dict.fromkeys(FILES, 0)  # the save each file must hold, or a later one
@@ -214,8 +226,9 @@ def cuts(work, n, rng):
                                        read)
                 if verdict != 'ok':
                     counts[verdict] += 1
-                    print('powercut: cut %d: %s %s (must hold save %d or later; last save %d)'
-                          % (i, path, verdict, floor[path], seq), file=sys.stderr)
+                    print('powercut: cut %d: %s %s (must hold save %d or later; last save %d)%s'
+                          % (i, path, verdict, floor[path], seq,
+                             where(files.get(path), base[path], read, expect)), file=sys.stderr)
                 if found is not None:  # what the disk holds now: a loss counts once
                     floor[path] = found
             # A killed save may leave one temporary, which the next save of the
@@ -241,6 +254,17 @@ def cuts(work, n, rng):
     finally:
         for box in boxes:
             box.cut()
+
+
+def where(data, base, read, expect):
+    """Where a torn file parts from the save its number names."""
+    found = read(data) if data else None
+    if not found:
+        return ''
+    want = expect(base, found)
+    off = [i for i in range(min(len(data), len(want))) if data[i] != want[i]]
+    return '; %d bytes, save %d has %d; %d differ, from offset %s' % (
+        len(data), found, len(want), len(off), off[:8])
 
 
 def judge(data, base, floor, last, kind, expect, read):
