@@ -10,7 +10,11 @@
 # result), that every answered save or a later one is there and that no
 # leftover of a killed save outlives the next save of its file.
 #
-#   sh scripts/powercut.sh [N]        N cuts (default 10)
+#   sh scripts/powercut.sh [N [CHAINS]]
+#                                     N cuts (default 10), shared by CHAINS
+#                                     boxes of one processor each, side by
+#                                     side on disk images of their own
+#                                     (default: one per host processor)
 #   sh scripts/powercut.sh --cost [PAIRS]
 #                                     median wall time of a 0J save, this
 #                                     initramfs against build/box/root.cpio

@@ -9,12 +9,13 @@
 #   --run SCRIPT     run SCRIPT (a path in the box) after start-up, then power off
 #   --module CODE    the camera module the product code names (default 0J)
 #   --memory MB      (default 256)
+#   --cpus N         processors (default 2)
 #   --overlay CPIO   files laid over the root (an initramfs archive of its own)
 #   --pidfile FILE   qemu's pid, for whoever must stop it (a power cut)
 # The console is this process's standard output. User-mode networking only
 # (restrict=on): the box reaches nothing; the host reaches it on 127.0.0.1.
 set -eu
-disk="" fs=ext4 port="" share="" run="" module=0J memory=256 overlay="" pidfile=""
+disk="" fs=ext4 port="" share="" run="" module=0J memory=256 cpus=2 overlay="" pidfile=""
 while [ $# -gt 2 ]; do
   case $1 in
     --disk) disk=$2 ;;
@@ -24,6 +25,7 @@ while [ $# -gt 2 ]; do
     --run) run=$2 ;;
     --module) module=$2 ;;
     --memory) memory=$2 ;;
+    --cpus) cpus=$2 ;;
     --overlay) overlay=$2 ;;
     --pidfile) pidfile=$2 ;;
     *) echo "boot.sh: unknown option $1" >&2; exit 2 ;;
@@ -41,7 +43,7 @@ if [ -n "$overlay" ]; then  # the kernel unpacks archives one after the other
   initrd=$joined
 fi
 append="console=ttyAMA0 quiet panic=-1 rdinit=/init box.module=$module box.fs=$fs"
-set -- -M virt -cpu cortex-a15 -smp 2 -m "$memory" -nographic -monitor none -serial stdio \
+set -- -M virt -cpu cortex-a15 -smp "$cpus" -m "$memory" -nographic -monitor none -serial stdio \
   -kernel "$kernel" -initrd "$initrd" -no-reboot
 net=user,id=net0,restrict=on
 [ -n "$port" ] && net="$net,hostfwd=tcp:127.0.0.1:$port-:80"

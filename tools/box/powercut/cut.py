@@ -1,11 +1,14 @@
 """Power cuts on the box; scripts/powercut.sh lays out WORK and runs this:
-  cut.py WORK N              N cuts; prints the one line of figures
+  cut.py WORK N [CHAINS]     N cuts, shared by CHAINS boxes in parallel (one
+                             processor and one disk image each; default: as
+                             many as the host has processors);
+                             prints the one line of figures
   cut.py WORK --cost PAIRS   0J save times, WORK/root.cpio against WORK/real.cpio
 WORK holds kernel, real.cpio, root.cpio (the one booted), settings.img and
 overlay.cpio; it is removed at the end, and every box started is stopped by
 its qemu's pid."""
 import io, os, random, re, select, shutil, signal, socket, statistics, subprocess, sys, tarfile
-import time
+import threading, time
 
 RETURN_PAGE = (b'<html>\n<head>\n<script language=javascript>\nlocation.href="/r";\n</script>\n'
                b'</head>\n<body>\n</body>\n</html>\n')
@@ -108,8 +111,11 @@ def request(port, path, body=None, cut_at=None, timeout=30.0):
                 data += chunk
 
 
+LIVE = set()  # every box started and not yet cut, for the last resort in main
+
+
 class Box:
-    def __init__(self, work, initrd, disk, tag):
+    def __init__(self, work, initrd, disk, tag, cpus=2):
         with socket.socket() as s:
             s.bind(('127.0.0.1', 0))
             self.port = s.getsockname()[1]
@@ -119,8 +125,9 @@ class Box:
             self.boot = subprocess.Popen(
                 ['sh', 'tools/box/boot.sh', '--disk', disk, '--port', str(self.port), '--overlay',
                  work + '/overlay.cpio', '--pidfile', self.pidfile, '--run', '/powercut/run.sh',
-                 work + '/kernel', initrd], stdin=subprocess.DEVNULL, stdout=log,
-                stderr=subprocess.STDOUT)
+                 '--cpus', str(cpus), work + '/kernel', initrd], stdin=subprocess.DEVNULL,
+                stdout=log, stderr=subprocess.STDOUT)
+        LIVE.add(self)
 
     def state(self, timeout=240):
         """The settings partition's files as the booted box has them, before any save."""
@@ -140,6 +147,9 @@ class Box:
         raise Fail('the box did not come up:\n' + tail)
 
     def cut(self):
+        LIVE.discard(self)
+        if not self.qemu and os.path.exists(self.pidfile):
+            self.qemu = int(open(self.pidfile).read() or 0)
         if self.qemu:
             os.kill(self.qemu, signal.SIGKILL)
             self.qemu = 0
@@ -182,9 +192,14 @@ def seed(image, work):
     return seeded
 
 
-def cuts(work, n, rng):
-    seeded = seed(work + '/settings.img', work)
-    first = Box(work, work + '/root.cpio', work + '/settings.img', 'boot0')
+def cuts(work, n, rng, chain, out):
+    """One box after the other on a disk image of its own: n cuts; out[chain]
+    gets the counts and the number of strays."""
+    image, who = '%s/settings%d.img' % (work, chain), 'chain %d cut' % chain
+    shutil.copy(work + '/settings.img', image)
+    os.mkdir('%s/seed%d' % (work, chain))
+    seeded = seed(image, '%s/seed%d' % (work, chain))
+    first = Box(work, work + '/root.cpio', image, 'c%dboot0' % chain, cpus=1)
     boxes = [first]
     try:
         files = first.state()
@@ -219,15 +234,15 @@ def cuts(work, n, rng):
                     time.sleep(rng.uniform(0, 0.004))
                     break
             box.cut()
-            boxes.append(Box(work, work + '/root.cpio', work + '/settings.img', 'boot%d' % i))
+            boxes.append(Box(work, work + '/root.cpio', image, 'c%dboot%d' % (chain, i), cpus=1))
             files = boxes[-1].state()
             for path, (kind, expect, read) in FILES.items():
                 verdict, found = judge(files.get(path), base[path], floor[path], seq, kind, expect,
                                        read)
                 if verdict != 'ok':
                     counts[verdict] += 1
-                    print('powercut: cut %d: %s %s (must hold save %d or later; last save %d)%s'
-                          % (i, path, verdict, floor[path], seq,
+                    print('powercut: %s %d: %s %s (must hold save %d or later; last save %d)%s'
+                          % (who, i, path, verdict, floor[path], seq,
                              where(files.get(path), base[path], read, expect)), file=sys.stderr)
                 if found is not None:  # what the disk holds now: a loss counts once
                     floor[path] = found
@@ -236,21 +251,23 @@ def cuts(work, n, rng):
             now = {name for name in files if re.search(r'\.[0-9]+\.new$', name)}
             for name in sorted(set(files) - known - set(FILES) - now):
                 strays += 1
-                print('powercut: cut %d: stray %s' % (i, name), file=sys.stderr)
+                print('powercut: %s %d: stray %s' % (who, i, name), file=sys.stderr)
             for name in sorted(now):
                 owner = re.sub(r'\.[0-9]+\.new$', '', name)
                 if (name in leftovers and owner in acked) or sum(
                         re.sub(r'\.[0-9]+\.new$', '', m) == owner for m in now) > 1:
                     strays += 1
-                    print('powercut: cut %d: leftover %s stays' % (i, name), file=sys.stderr)
+                    print('powercut: %s %d: leftover %s stays' % (who, i, name), file=sys.stderr)
             leftovers = now
             if os.environ.get('ZRCAMCTL_POWERCUT_VERBOSE'):
-                print('powercut: cut %d %s, saves to %d, %d answered; files hold %s %s' % (
-                    i, 'after answer %d' % after if after else 'at %.3f s' % (cut_at - begin),
+                print('powercut: %s %d %s, saves to %d, %d answered; files hold %s %s' % (
+                    who, i, 'after answer %d' % after if after else 'at %.3f s' % (cut_at - begin),
                     seq, answered, [read(files[p]) if p in files and files[p] != base[p] else 0
                                     for p, (_, _, read) in FILES.items()], sorted(now)),
                       file=sys.stderr)
-        return counts, strays
+        out[chain] = (counts, strays)
+    except Fail as e:
+        out[chain] = e
     finally:
         for box in boxes:
             box.cut()
@@ -312,16 +329,31 @@ def main():
             cost(work, int(sys.argv[3]) if len(sys.argv) > 3 else 40)
             return 0
         n = int(sys.argv[2]) if len(sys.argv) > 2 else 10
-        counts, strays = cuts(work, n, random.Random())
+        chains = max(1, min(n, int(sys.argv[3]) if len(sys.argv) > 3 else os.cpu_count() or 1))
+        out = [None] * chains
+        threads = [threading.Thread(target=cuts, daemon=True,
+                                    args=(work, n // chains + (c < n % chains), random.Random(),
+                                          c, out)) for c in range(chains)]
+        for t in threads:
+            t.start()
+        for t in threads:
+            while t.is_alive():
+                t.join(1)
+        for e in out:
+            if not isinstance(e, tuple):
+                raise e if isinstance(e, Fail) else Fail('a chain of cuts stopped early')
+        counts = {k: sum(c[k] for c, _ in out) for k in out[0][0]}
         print('cuts %d, torn %d, empty %d, acknowledged lost %d'
               % (n, counts['torn'], counts['empty'], counts['lost']))
-        return 1 if any(counts.values()) or strays else 0
+        return 1 if any(counts.values()) or sum(s for _, s in out) else 0
     except Fail as e:
         print('powercut: %s' % e, file=sys.stderr)
         return 1
     except KeyboardInterrupt:
         return 130
     finally:
+        for box in list(LIVE):
+            box.cut()
         shutil.rmtree(work, ignore_errors=True)
 
 
