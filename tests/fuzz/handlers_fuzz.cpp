@@ -20,12 +20,12 @@ namespace {
 constexpr size_t kRecordFileSize = 32768;
 
 const char* RecordPath() {
-  static char path[64];
+  // Saves are synced: on a RAM file system that costs nothing.
+  static char dir[] = "/dev/shm/zrfuzz.XXXXXX", path[64];
   if (!path[0]) {
-    // Saves are synced: on a RAM file system that costs nothing.
-    char dir[] = "/dev/shm/zrfuzz.XXXXXX";
     if (!mkdtemp(dir) && !mkdtemp(strcpy(dir, "/tmp/zrfuzz.XXXXXX"))) abort();
     snprintf(path, sizeof path, "%s/record.bin", dir);
+    atexit([] { unlink(path), rmdir(dir); });
   }
   return path;
 }
