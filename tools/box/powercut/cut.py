@@ -147,11 +147,18 @@ class Box:
         raise Fail('the box did not come up:\n' + tail)
 
     def cut(self):
+        """Once: a box cut before is not looked up again, so that no pid is
+        read from a file its boot.sh did not get to remove."""
+        if self not in LIVE:
+            return
         LIVE.discard(self)
-        if not self.qemu and os.path.exists(self.pidfile):
+        if not self.qemu and os.path.exists(self.pidfile) and self.boot.poll() is None:
             self.qemu = int(open(self.pidfile).read() or 0)
         if self.qemu:
-            os.kill(self.qemu, signal.SIGKILL)
+            try:
+                os.kill(self.qemu, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
             self.qemu = 0
         if self.boot.poll() is None:
             self.boot.terminate()
