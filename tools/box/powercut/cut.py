@@ -199,13 +199,11 @@ def seed(image, work):
     return seeded
 
 
-def cuts(work, n, rng, chain, out):
-    """One box after the other on a disk image of its own: n cuts; out[chain]
-    gets the counts and the number of strays."""
+def cuts(work, seeded, n, rng, chain, out):
+    """One box after the other on a copy of the seeded disk image of its own:
+    n cuts; out[chain] gets the counts and the number of strays."""
     image, who = '%s/settings%d.img' % (work, chain), 'chain %d cut' % chain
     shutil.copy(work + '/settings.img', image)
-    os.mkdir('%s/seed%d' % (work, chain))
-    seeded = seed(image, '%s/seed%d' % (work, chain))
     first = Box(work, work + '/root.cpio', image, 'c%dboot0' % chain, cpus=1)
     boxes = [first]
     try:
@@ -337,9 +335,9 @@ def main():
             return 0
         n = int(sys.argv[2]) if len(sys.argv) > 2 else 10
         chains = max(1, min(n, int(sys.argv[3]) if len(sys.argv) > 3 else os.cpu_count() or 1))
-        out = [None] * chains
+        out, seeded = [None] * chains, seed(work + '/settings.img', work)
         threads = [threading.Thread(target=cuts, daemon=True,
-                                    args=(work, n // chains + (c < n % chains), random.Random(),
+                                    args=(work, seeded, n // chains + (c < n % chains), random.Random(),
                                           c, out)) for c in range(chains)]
         for t in threads:
             t.start()
