@@ -4,7 +4,8 @@
 
 int main(int argc, char** argv) {
   Request request = {};
-  const int result = ReadCgiRequest(request) != 0 ? -1 : DispatchCgiProgram(request, argc, argv);
+  ReadCgiEnvironment(request);
+  const int result = DispatchCgiProgram(request, argc, argv);
   FreeForm(request.form);
   return result;
 }

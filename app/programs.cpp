@@ -8,6 +8,7 @@
 #include "app/set_program.h"
 #include "cgi/cgi_request.h"
 #include "cgi/cgi_response.h"
+#include "cgi/request_origin.h"
 #include "device/device_paths.h"
 #include "fisheye/fisheye_settings.h"
 
@@ -80,17 +81,24 @@ const CgiProgram CgiProgramTable[] = {
 };
 
 int DispatchCgiProgram(Request& request, int argc, char** argv) {
-  if (argc < 1 || !argv[0]) return 0;
-  const char* name = BaseName(argv[0]);
-
+  const char* name = argc >= 1 && argv[0] ? BaseName(argv[0]) : nullptr;
   const CgiProgram* program = CgiProgramTable;
-  while (program->name && strcmp(program->name, name) != 0) ++program;
-  if (!program->name || !program->function) {
+  while (name && program->name && strcmp(program->name, name) != 0) ++program;
+  const bool known = name && program->name && program->function;
+
+  memset(request.errorBuffer, 0, sizeof request.errorBuffer);
+  if (const char* refusal = known ? CrossSiteRefusal(request.cgi) : nullptr) {
+    snprintf(request.errorBuffer, sizeof request.errorBuffer, "%s", refusal);
+    WriteErrorPage(request, name);
+    return 0;
+  }
+  if (ReadCgiForm(request) != 0) return -1;
+  if (!name) return 0;
+  if (!known) {
     WriteUnknownProgram(request, name);
     return 0;
   }
 
-  memset(request.errorBuffer, 0, sizeof request.errorBuffer);
   const int result = program->function(request);
   if (result < 0) {
     WriteErrorPage(request, name);

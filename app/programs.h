@@ -27,6 +27,9 @@ struct CgiProgram {
 // Ordered, ended by a row whose name is null.
 extern const CgiProgram CgiProgramTable[];
 
+// Runs the program argv[0] names on the request whose environment was
+// captured: a request from another site is refused before its form is
+// read. The exit status: -1 when the form could not be read, else 0.
 int DispatchCgiProgram(Request& request, int argc, char** argv);
 
 // Signals a daemon by its pid file. 0 sent, -1 no pid file, -2 not sent.

@@ -180,18 +180,6 @@ int ParseReserved(Form& form, size_t length) {
   return 0;
 }
 
-// Case-insensitive for letters, exact for other bytes, whole strings.
-bool EqualsIgnoringCase(const char* a, const char* b) {
-  for (;; ++a, ++b) {
-    unsigned char ca = static_cast<unsigned char>(*a);
-    unsigned char cb = static_cast<unsigned char>(*b);
-    if (ca >= 'A' && ca <= 'Z') ca = static_cast<unsigned char>(ca - 'A' + 'a');
-    if (cb >= 'A' && cb <= 'Z') cb = static_cast<unsigned char>(cb - 'A' + 'a');
-    if (ca != cb) return false;
-    if (ca == '\0') return true;
-  }
-}
-
 const char* EnvOrEmpty(const char* name) {
   const char* v = getenv(name);
   return v ? v : "";
@@ -233,15 +221,33 @@ int ParseUrlEncodedForm(Form& form, const char* data, size_t length) {
   return ParseReserved(form, length);
 }
 
-int ReadCgiRequest(Request& request) {
+bool EqualsIgnoringCase(const char* a, const char* b) {
+  for (;; ++a, ++b) {
+    unsigned char ca = static_cast<unsigned char>(*a);
+    unsigned char cb = static_cast<unsigned char>(*b);
+    if (ca >= 'A' && ca <= 'Z') ca = static_cast<unsigned char>(ca - 'A' + 'a');
+    if (cb >= 'A' && cb <= 'Z') cb = static_cast<unsigned char>(cb - 'A' + 'a');
+    if (ca != cb) return false;
+    if (ca == '\0') return true;
+  }
+}
+
+void ReadCgiEnvironment(Request& request) {
   CgiEnvironment& env = request.cgi;
   env.requestMethod = EnvOrEmpty("REQUEST_METHOD");
   env.queryString = EnvOrEmpty("QUERY_STRING");
   env.contentType = EnvOrEmpty("CONTENT_TYPE");
   env.contentLength = DecimalToInt32(EnvOrEmpty("CONTENT_LENGTH"), nullptr);
+  env.secFetchSite = getenv("HTTP_SEC_FETCH_SITE");
+  env.origin = getenv("HTTP_ORIGIN");
+  env.referer = getenv("HTTP_REFERER");
+  env.host = getenv("HTTP_HOST");
   env.out = stdout;
   env.in = stdin;
+}
 
+int ReadCgiForm(Request& request) {
+  CgiEnvironment& env = request.cgi;
   if (EqualsIgnoringCase(env.requestMethod, "post")) return ReadPostBody(env, request.form);
   if (EqualsIgnoringCase(env.requestMethod, "get")) {
     const size_t length = strlen(env.queryString);

@@ -5,12 +5,17 @@
 #include <stdint.h>
 #include <stdio.h>
 
-// The variables the request is read by ("" when unset), and its streams.
+// The variables the request is read by ("" when unset), the headers that
+// tell where it comes from (null when not sent), and its streams.
 struct CgiEnvironment {
   const char* requestMethod;
   const char* queryString;
   const char* contentType;
   int32_t contentLength;  // for a GET, the query's length
+  const char* secFetchSite;
+  const char* origin;
+  const char* referer;
+  const char* host;
   FILE* out;
   FILE* in;
 };
@@ -57,10 +62,15 @@ enum FormLookupResult : int {
 // A POST body larger than this is refused as a read failure.
 inline constexpr int32_t kMaxContentLength = 1048576;
 
-// Captures the environment and reads the form (POST body or GET query)
-// into request, which starts zeroed. 0 on success, -1 when the form could
-// not be read.
-int ReadCgiRequest(Request& request);
+// Captures the environment into request, which starts zeroed.
+void ReadCgiEnvironment(Request& request);
+
+// Reads the form (POST body or GET query) into the request whose
+// environment was captured. 0 on success, -1 when it could not be read.
+int ReadCgiForm(Request& request);
+
+// Case-insensitive for ASCII letters, exact for other bytes, whole strings.
+bool EqualsIgnoringCase(const char* a, const char* b);
 
 // Parses urlencoded bytes and appends their pairs to the form. 0 or -1.
 int ParseUrlEncodedForm(Form& form, const char* data, size_t length);
