@@ -103,6 +103,29 @@ const freePort = () => new Promise((resolve) => {
     check(b.length === 108, 'the record keeps its 108 bytes');
     const kept = keys.filter((m) => b[+m[2]] === 1).length;
     check(kept === 50, `every update kept (${kept} of 50)`);
+
+    // Another site (another port of 127.0.0.1) tries each program: an <img>,
+    // with and without its referrer, auto-submitted forms and a no-cors
+    // fetch. Nothing is stored and no daemon is woken.
+    const cgi = base + '/cgi-bin/', set = cgi + 'zrcamctlset.cgi';
+    const form = (meta) => `<meta name="referrer" content="${meta}"><form method="post" action="${set}">` +
+      '<input name="WbGainR" value="99"><input name="RetReDir" value="/m/0J.html"></form>' +
+      '<script>if (!history.state) { history.replaceState(1, ""); document.forms[0].submit(); }</script>';
+    const pages = { '/form': form('origin'), '/form-noref': form('no-referrer'), '/': ['', ' referrerpolicy="no-referrer"']
+      .flatMap((p, i) => ['zrcamctlset.cgi?WbGainR=98&', 'zrcamctlapply.cgi?', 'zrcamctldefault.cgi?', 'zrfisheyeset.cgi?CenterX=9&']
+        .map((q) => `<img${p} src="${cgi}${q}r=${i}">`)).join('') + '<iframe src="/form"></iframe><iframe src="/form-noref"></iframe>' +
+      `<script>fetch("${set}", {method: "POST", mode: "no-cors", body: new URLSearchParams("WbGainR=97")})</script>` };
+    const evilPort = await freePort();
+    const evil = require('http').createServer((q, r) => r.setHeader('Content-Type', 'text/html').end(pages[q.url] || ''));
+    await new Promise((r) => evil.listen(evilPort, '127.0.0.1', r));
+    const gotSignals = seen('got SIG');
+    try {
+      await page.goto(`http://127.0.0.1:${evilPort}/`);
+      await sleep(3000);  // the refusals' alerts go back; a form submits only once
+      await page.goto('about:blank');
+    } finally { evil.close(); }
+    check(Buffer.compare(await bytes(), b) === 0 && seen('got SIG') === gotSignals, 'another site changes nothing, wakes no daemon');
+    check((await (await fetch(state + 'answer')).text()).includes('cross-site request refused'), 'and is told so');
   } finally {
     if (browser) await browser.close();
     sim.kill('SIGTERM');
