@@ -3,6 +3,7 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/auxv.h>
+#include <sys/random.h>
 #include <unistd.h>
 
 namespace {
@@ -18,18 +19,28 @@ struct HexDigitTable {
 };
 constexpr HexDigitTable kHexDigits;
 
-// The index slot of a name must not be predictable from outside, or a
-// form of names that share a slot turns every insert into a walk of the
-// whole index. So the hash is HalfSipHash-1-3 under a key the kernel gives
-// each process.
+// A form of at most kFewEntries entries is indexed in a small table under
+// a cheap hash: names chosen to share a slot cost at most that many
+// compares each. In a larger form they could make every insert a walk of
+// the whole index, so its slots must not be predictable from outside: the
+// hash is HalfSipHash-1-3 under a key the kernel gives each process.
+constexpr uint32_t kFewEntries = 32;
+constexpr uint32_t kFewSlots = 128;
+
+// Never waits for the kernel's pool, which early in boot may not be ready.
+// Without it, the key is taken from the random bytes the kernel gives each
+// process at exec, where the C library leaves some free (on 32-bit it takes
+// bytes 0 to 7 for the stack and pointer guards, on 64-bit all 16), else
+// from the process id and the stack's address.
 void LoadHashKey(uint32_t key[2]) {
+  if (getrandom(key, 8, GRND_NONBLOCK) == 8) return;
+  key[0] = static_cast<uint32_t>(getpid()) * 2654435761u;
+  key[1] = static_cast<uint32_t>(reinterpret_cast<uintptr_t>(&key));
+#if UINTPTR_MAX == UINT32_MAX
   const unsigned char* random =
       reinterpret_cast<const unsigned char*>(static_cast<uintptr_t>(getauxval(AT_RANDOM)));
-  uint32_t fallback[2] = {static_cast<uint32_t>(getpid()) * 2654435761u,
-      static_cast<uint32_t>(reinterpret_cast<uintptr_t>(&fallback))};
-  if (random) memcpy(fallback, random, sizeof fallback);
-  key[0] = fallback[0];
-  key[1] = fallback[1];
+  if (random) memcpy(key, random + 8, 8);
+#endif
 }
 
 constexpr uint32_t Rotl(uint32_t x, int b) { return (x << b) | (x >> (32 - b)); }
@@ -49,7 +60,26 @@ struct SipState {
   }
 };
 
+// Multiplies whole words in (the last one may overlap the one before it):
+// a few instructions a name.
+uint32_t FewEntriesHash(const char* name) {
+  const size_t length = strlen(name);
+  uint32_t h = static_cast<uint32_t>(length), word = 0;
+  if (length < 4) {
+    for (size_t i = 0; i < length; ++i) word = word << 8 | static_cast<unsigned char>(name[i]);
+  } else {
+    for (size_t i = 0; i + 4 < length; i += 4) {
+      memcpy(&word, name + i, 4);
+      h = (h ^ word) * 0x9e3779b1u;
+    }
+    memcpy(&word, name + length - 4, 4);
+  }
+  h = (h ^ word) * 0x9e3779b1u;
+  return h ^ h >> 16;
+}
+
 uint32_t HashName(const Form& form, const char* name) {
+  if (form.slots <= kFewSlots) return FewEntriesHash(name);
   const unsigned char* p = reinterpret_cast<const unsigned char*>(name);
   const uint32_t* k = form.key;
   SipState s = {k[0], k[1], 0x6c796765u ^ k[0], 0x74656462u ^ k[1]};
@@ -77,7 +107,7 @@ uint32_t* Slot(const Form& form, const char* name, uint32_t hash) {
 // Makes the index at least `slots` large (a power of two), rehashing.
 bool GrowIndex(Form& form, uint32_t slots) {
   if (slots <= form.slots) return true;
-  if (form.slots == 0) LoadHashKey(form.key);
+  if (slots > kFewSlots && form.slots <= kFewSlots) LoadHashKey(form.key);
   uint32_t* index = static_cast<uint32_t*>(calloc(slots, sizeof *index));
   if (!index) return false;
   uint32_t* old = form.index;
@@ -99,7 +129,8 @@ bool GrowIndex(Form& form, uint32_t slots) {
 // hold. A form can have more entries than that only by repeating names.
 constexpr uint32_t kIndexSlotsForLargestForm = 262144;
 bool IndexRoomFor(Form& form, uint32_t names) {
-  uint32_t slots = form.slots ? form.slots : 1024;
+  if (form.slots <= kFewSlots && names <= kFewEntries) return GrowIndex(form, kFewSlots);
+  uint32_t slots = form.slots > kFewSlots ? form.slots : 1024;
   while (slots < kIndexSlotsForLargestForm && names * 8ull > slots * 7ull) slots *= 2;
   while (names * 8ull > slots * 7ull) slots *= 2;  // only forms larger than the body limit
   return GrowIndex(form, slots);

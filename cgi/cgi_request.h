@@ -36,7 +36,7 @@ struct Form {
   uint32_t* index;
   uint32_t slots;   // a power of two, or 0 before the first entry
   uint32_t names;   // distinct names in the index
-  uint32_t key[2];  // of the index's hash, set with the first index
+  uint32_t key[2];  // of the index's hash, set when the index outgrows the small table
 };
 
 // One request: made once by main from the environment and the body, and

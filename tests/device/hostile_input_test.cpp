@@ -135,9 +135,10 @@ TEST(HostileInput, LeftoversRemovedByTheNextSave) {
   EXPECT_EQ(root.List(dir), kept);
 }
 
-// Form names chosen so that FNV-1a puts them all in one slot of the index:
-// 15 letters and a last byte that fixes the low 8 bits, kept when the next
-// 10 bits agree as well.
+// Form names that would all share one slot of the index under a fixed
+// hash (xor a byte, multiply by a prime), as an attacker can compute
+// offline: 15 letters and a last byte that fixes the low 8 bits, kept when
+// the next 10 bits agree as well.
 std::string CollidingForm(size_t size, bool collide) {
   std::mt19937 random(7);
   std::string form;
@@ -151,7 +152,7 @@ std::string CollidingForm(size_t size, bool collide) {
       const uint32_t g =
           ((h ^ static_cast<uint8_t>(name[13])) * 16777619u ^ static_cast<uint8_t>(name[14])) *
           16777619u;
-      // 0x7e times FNV's prime is 0x5a modulo 256: the low byte becomes 0x5a.
+      // 0x7e times the prime is 0x5a modulo 256: the low byte becomes 0x5a.
       uint8_t last = static_cast<uint8_t>(0x7e ^ g);
       if (!collide) last = static_cast<uint8_t>(random() | 1);
       if (last == 0 || (collide && (((g ^ last) * 16777619u) & 0x3ffff) != 0x35a)) continue;
