@@ -2,6 +2,8 @@
 // files at the saved paths, files the fisheye library would cut, leftovers
 // of killed saves, and forms built to collide in the form index.
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -184,6 +186,66 @@ TEST(HostileInput, CollidingFormNamesParseInLinearTime) {
     }
   }
   EXPECT_LT(seconds[1], 2 * seconds[0]) << "random " << seconds[0] << " s";
+}
+
+// The program's own files in /tmp: what another account plants at their
+// names is neither written through nor waited on, and no state of /tmp
+// keeps the product code from being read.
+
+// Links to a root-only file, or FIFOs, planted again and again at the copy
+// names of the next pids, while saves run.
+TEST(HostileInput, PlantedAtTheNextCopyNames) {
+  DeviceRoot& root = DeviceRoot::Get();
+  const int limit = SecondOnThisHost(root);
+  for (const bool fifo : {false, true}) {
+    SCOPED_TRACE(fifo ? "FIFO" : "link");
+    root.Reset();
+    root.WriteFile("/etc/shadow", std::string("root only\n"));
+    Bytes record(108);
+    root.WriteRecord("0J", record);
+    const pid_t planter = fork();
+    if (planter == 0) {
+      prctl(PR_SET_PDEATHSIG, SIGKILL);
+      alarm(120);
+      std::vector<std::string> names;
+      for (int pid = getpid() + 1; names.size() < 1000; ++pid)
+        names.push_back(root.HostPath("/tmp/qell_conf_" + std::to_string(pid) + ".txt"));
+      for (;;) {
+        for (const std::string& at : names)
+          (void)!(fifo ? mkfifo(at.c_str(), 0666) : symlink("/etc/shadow", at.c_str()));
+      }
+    }
+    for (int i = 1; i <= 4; ++i) {
+      const Answer a =
+          root.RunKilledAfter("zrcamctlset.cgi", {.body = "AwbMode=" + std::to_string(i)}, limit);
+      EXPECT_EQ(a.exitStatus, 0) << "not answered within " << limit << " us";
+      EXPECT_NE(root.ReadRecord("0J"), record) << "not saved";
+      record = root.ReadRecord("0J").value_or(Bytes());
+    }
+    kill(planter, SIGKILL);
+    waitpid(planter, nullptr, 0);
+    EXPECT_EQ(root.ReadFile("/etc/shadow"), "root only\n");
+    EXPECT_EQ(root.List("/etc"), std::vector<std::string>{"shadow"});
+  }
+}
+
+// A full or missing /tmp: the product code is read from the driver and the
+// save is the one an ordinary /tmp gives.
+TEST(HostileInput, SavedWhateverStateTmpIsIn) {
+  DeviceRoot& root = DeviceRoot::Get();
+  std::optional<Bytes> saved;
+  for (const std::string tmp : {"ordinary", "full", "missing"}) {
+    SCOPED_TRACE(tmp);
+    root.Reset();
+    if (tmp == "full") root.MountTmpfs("/tmp", "4k"), root.WriteFile("/tmp/fill", Pattern(4096));
+    if (tmp == "missing") root.RemoveAll("/tmp");
+    root.WriteRecord("0J", Bytes(108));
+    const Answer a = root.Post("zrcamctlset.cgi", "AwbMode=1&ZrMkChg=YES");
+    EXPECT_EQ(a.zrcamctldSignals, std::vector<int>{10});
+    if (!saved) saved = root.ReadRecord("0J");
+    EXPECT_TRUE(saved && root.ReadRecord("0J") == saved);
+    if (tmp == "full") root.Unmount("/tmp");
+  }
 }
 
 }  // namespace
