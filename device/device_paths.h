@@ -12,7 +12,7 @@ inline constexpr int kSignalDefault = 12;          // SIGUSR2: restore defaults 
 // Return page.
 inline constexpr const char kWebRoot[] = "/web";
 inline constexpr const char kSaveCfgCommand[] = "/usr/sbin/savecfg > /dev/null 2>/dev/null";
-inline constexpr const char kMarkChangedCommand[] = "touch /tmp/ZrConfChg";
+inline constexpr const char kChangedFlagFile[] = "/tmp/ZrConfChg";
 inline constexpr const char kClearChangedCommand[] = "rm /tmp/ZrConfChg";
 
 // Product code.

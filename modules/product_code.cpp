@@ -4,6 +4,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "device/device_paths.h"
@@ -12,6 +13,53 @@ namespace {
 
 constexpr int kWorkBufferSize = 1024;
 constexpr int kMinPnCodeLength = 21;  // characters 19 and 20 are the module code
+
+enum class Got { Text, NoOpen, NoRead };
+
+// At most kWorkBufferSize - 1 bytes of a regular file into work, NULs after
+// them; a link is not followed, a FIFO not waited on. Work is left as it
+// was when nothing is read.
+Got ReadText(const char* path, char* work) {
+  const int fd = open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  struct stat st;
+  if (fd < 0 || fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+    if (fd >= 0) close(fd);
+    return Got::NoOpen;
+  }
+  const ssize_t length = read(fd, work, kWorkBufferSize - 1);
+  close(fd);
+  if (length < 0) return Got::NoRead;
+  memset(work + length, 0, static_cast<size_t>(kWorkBufferSize - length));
+  return Got::Text;
+}
+
+// The basic configuration as the device has always read it: copied by the
+// shell to a file in /tmp, then read from there. The file is created here,
+// exclusively, so that the shell never writes through a link or into a FIFO
+// another account planted at the name. whole: the copy was made and read.
+Got ReadCopy(char* work, bool& whole) {
+  char copyPath[64];
+  snprintf(copyPath, sizeof copyPath, device::kBasicConfCopyFormat, static_cast<int>(getpid()));
+  char command[160];
+  snprintf(
+      command, sizeof command, device::kCatCommandFormat, device::kBasicConfProcFile, copyPath);
+  remove(copyPath);
+  const int fd = open(copyPath, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+  if (fd < 0) {
+    fprintf(stderr, "qet_get_and_init_pn_code():open(%s) error \n", copyPath);
+    return Got::NoOpen;
+  }
+  close(fd);
+  const bool copied = system(command) == 0;
+  const Got got = ReadText(copyPath, work);
+  if (got != Got::Text) {
+    const char* call = got == Got::NoOpen ? "open" : "read";
+    fprintf(stderr, "qet_get_and_init_pn_code():%s(%s) error \n", call, copyPath);
+  }
+  unlink(copyPath);
+  whole = copied && got == Got::Text;
+  return got;
+}
 
 }  // namespace
 
@@ -44,36 +92,15 @@ int PnCodeUtilQefStrRead(char* out, int keyOffset) {
     fprintf(stderr, "PnCodeUtilQefStrRead():malloc error\n");
     return -1;
   }
-
-  // The proc file is copied to a regular file first, then read from there.
-  char copyPath[64];
-  snprintf(copyPath, sizeof copyPath, device::kBasicConfCopyFormat, static_cast<int>(getpid()));
-  char command[160];
-  snprintf(
-      command, sizeof command, device::kCatCommandFormat, device::kBasicConfProcFile, copyPath);
-  // Whatever another user may have planted at the copy path (a link to a
-  // file of ours) goes first, and the copy is read without following links.
-  remove(copyPath);
-  (void)!system(command);
-
-  const int fd = open(copyPath, O_RDONLY | O_NOFOLLOW);
-  if (fd < 0) {
-    fprintf(stderr, "qet_get_and_init_pn_code():open(%s) error \n", copyPath);
-    free(work);
-    return -1;
-  }
-
+  // Without a whole copy (/tmp full or missing, a name another account
+  // took, no cat) the driver's file is read directly; when that fails too,
+  // whatever the copy holds is parsed, as it always was.
   int length = -1;
-  memset(work, 0, kWorkBufferSize);
-  // One byte stays NUL so that the text always ends inside the buffer.
-  if (read(fd, work, kWorkBufferSize - 1) < 0) {
-    fprintf(stderr, "qet_get_and_init_pn_code():read(%s) error \n", copyPath);
-  } else {
+  bool whole = false;
+  const Got copy = ReadCopy(work, whole);
+  if (whole || ReadText(device::kBasicConfProcFile, work) == Got::Text || copy == Got::Text)
     length = ParseQefString(work, keyOffset, out);
-  }
   free(work);
-  close(fd);
-  unlink(copyPath);
   return length;
 }
 

@@ -2,6 +2,8 @@
 // files at the saved paths, files the fisheye library would cut, leftovers
 // of killed saves, and forms built to collide in the form index.
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -185,6 +187,42 @@ TEST(HostileInput, CollidingFormNamesParseInLinearTime) {
     }
   }
   EXPECT_LT(seconds[1], 2 * seconds[0]) << "random " << seconds[0] << " s";
+}
+
+// The program's own files in /tmp. Links to a root-only file or FIFOs,
+// planted again and again at the next pids' copy names, are neither written
+// through nor waited on; with them, or with /tmp full or missing, the product
+// code is read from the driver and every save happens.
+TEST(HostileInput, TmpPlantedFullOrMissing) {
+  DeviceRoot& root = DeviceRoot::Get();
+  const int limit = SecondOnThisHost(root);
+  for (const std::string tmp : {"link", "FIFO", "full", "missing"}) {
+    SCOPED_TRACE(tmp);
+    root.Reset();
+    root.WriteFile("/etc/shadow", std::string("root only\n"));
+    root.WriteRecord("0J", Bytes(108));
+    if (tmp == "full") root.MountTmpfs("/tmp", "4k"), root.WriteFile("/tmp/fill", Pattern(4096));
+    if (tmp == "missing") root.RemoveAll("/tmp");
+    const int requests = tmp == "link" || tmp == "FIFO" ? 4 : 1;
+    const pid_t planter = requests > 1 ? fork() : -1;
+    if (planter == 0) prctl(PR_SET_PDEATHSIG, SIGKILL), alarm(120);
+    for (int i = 0; planter == 0; i = (i + 1) % 1000) {
+      const std::string at =
+          root.HostPath("/tmp/qell_conf_" + std::to_string(getpid() + 1 + i) + ".txt");
+      (void)!(tmp == "FIFO" ? mkfifo(at.c_str(), 0666) : symlink("/etc/shadow", at.c_str()));
+    }
+    for (int i = 1; i <= requests; ++i) {
+      const Answer a =
+          root.RunKilledAfter("zrcamctlset.cgi", {.body = "AwbMode=" + std::to_string(i)}, limit);
+      EXPECT_EQ(a.exitStatus, 0) << "not answered within " << limit << " us";
+      EXPECT_EQ(root.ReadRecord("0J").value_or(Bytes(15)).at(14), i) << "not saved";
+    }
+    if (planter > 0) kill(planter, SIGKILL), waitpid(planter, nullptr, 0);
+    EXPECT_EQ(
+        root.Post("zrcamctlset.cgi", "").zrcamctldSignals, std::vector<int>(requests + 1, 10));
+    EXPECT_EQ(root.ReadFile("/etc/shadow"), "root only\n");
+    EXPECT_EQ(root.List("/etc").size(), 1u);
+  }
 }
 
 }  // namespace

@@ -199,14 +199,6 @@ TEST(Reliability, KilledSavesAndLinksLeaveFilesWhole) {
   expected[14] = 1;
   EXPECT_EQ(root.ReadRecord("0J"), expected);
   EXPECT_TRUE(root.ReadFile("/opt/kfp/etc/target") == std::string(108, '\0'));
-  // A planted link at the product code's copy path is removed, not written through.
-  const int next = std::stoi(root.ReadFile("/proc/sys/kernel/ns_last_pid").value_or("0"));
-  for (int pid = next + 1; pid < next + 200; ++pid)
-    (void)!symlink("/opt/kfp/etc/target",
-        root.HostPath("/tmp/qell_conf_" + std::to_string(pid) + ".txt").c_str());
-  root.Post("zrcamctlset.cgi", "AwbMode=2");
-  EXPECT_TRUE(root.ReadFile("/opt/kfp/etc/target") == std::string(108, '\0'));
-  EXPECT_EQ(root.ReadRecord("0J")->at(14), 2);
 }
 
 }  // namespace
