@@ -1,9 +1,13 @@
 #include "app/programs.h"
 
+#include <errno.h>
+#include <fcntl.h>
 #include <signal.h>
 #include <stdio.h>
 #include <string.h>
+#include <sys/stat.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 #include "app/set_program.h"
 #include "cgi/cgi_request.h"
@@ -43,6 +47,22 @@ bool ReadPid(FILE* file, int32_t* pid) {
   return true;
 }
 
+// False only when /proc tells the process's name and it is not the
+// daemon's (as the kernel keeps it: at most 15 characters and a line end).
+// Without /proc, the pid file is all there is to go by.
+bool NamesDaemon(int32_t pid, const char* name) {
+  char path[32], comm[32];
+  snprintf(path, sizeof path, "/proc/%d/comm", static_cast<int>(pid));
+  const int fd = open(path, O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC);
+  if (fd < 0) return true;
+  const ssize_t got = read(fd, comm, sizeof comm - 1);
+  close(fd);
+  if (got < 0) return true;
+  comm[got] = '\0';
+  const size_t length = strnlen(name, 15);
+  return strncmp(comm, name, length) == 0 && (comm[length] == '\n' || comm[length] == '\0');
+}
+
 const char* BaseName(const char* path) {
   const char* slash = strrchr(path, '/');
   return slash ? slash + 1 : path;
@@ -51,17 +71,23 @@ const char* BaseName(const char* path) {
 }  // namespace
 
 int SignalDaemon(const Daemon& daemon, int sig) {
-  FILE* file = fopen(daemon.pidFile, "r");
-  if (!file) {
+  // Never waits on a FIFO, follows no link, and reads only a regular file.
+  const int fd = open(daemon.pidFile, O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC);
+  if (fd < 0 && errno != ELOOP) {
     fprintf(stderr, "[%s] pid file [%s] is not found.\n", daemon.tag, daemon.pidFile);
     return -1;
   }
+  struct stat st;
+  FILE* file = fd >= 0 && fstat(fd, &st) == 0 && S_ISREG(st.st_mode) ? fdopen(fd, "r") : nullptr;
   int32_t pid = 0;
-  const bool havePid = ReadPid(file, &pid);
-  fclose(file);
+  const bool havePid = file && ReadPid(file, &pid);
+  if (file) fclose(file);
+  else if (fd >= 0) close(fd);
   // A pid of 0 or below would signal a process group or every process,
-  // and pid 1 is init, which some take a SIGUSR2 as an order to power off.
-  if (!havePid || pid <= 1 || kill(static_cast<pid_t>(pid), sig) != 0) {
+  // pid 1 is init, which some take a SIGUSR2 as an order to power off, and
+  // a pid the daemon no longer holds may name any other process.
+  if (!havePid || pid <= 1 || !NamesDaemon(pid, daemon.name) ||
+      kill(static_cast<pid_t>(pid), sig) != 0) {
     fprintf(stderr, "[%s] Send sig = [%d] to %s. [Error]\n", daemon.tag, sig, daemon.name);
     return -2;
   }

@@ -32,7 +32,9 @@ extern const CgiProgram CgiProgramTable[];
 // read. The exit status: -1 when the form could not be read, else 0.
 int DispatchCgiProgram(Request& request, int argc, char** argv);
 
-// Signals a daemon by its pid file. 0 sent, -1 no pid file, -2 not sent.
+// Signals a daemon by its pid file: a regular file, opened without waiting
+// or following a link, naming a pid above 1 that /proc, where it tells,
+// names the daemon's process. 0 sent, -1 no pid file, -2 not sent.
 int SignalDaemon(const Daemon& daemon, int sig);
 
 int ZrCamCtlApply(Request& request);

@@ -90,8 +90,13 @@ bool OpenReplacement(Replacement& r, const char* path) {
     fd = open(r.temporary, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
     if (fd < 0) return false;
   }
+  // The old file's read and write bits, never more: a file someone else
+  // planted with setuid, setgid, sticky or execute bits, or the file a link
+  // names, shapes no file this save makes.
+  const int old = open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   struct stat st;
-  if (stat(path, &st) == 0 && S_ISREG(st.st_mode)) fchmod(fd, st.st_mode & 07777);
+  if (old >= 0 && fstat(old, &st) == 0 && S_ISREG(st.st_mode)) fchmod(fd, st.st_mode & 0666);
+  if (old >= 0) close(old);
   r.file = fdopen(fd, "wb");
   if (!r.file) {
     close(fd);

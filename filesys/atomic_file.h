@@ -22,8 +22,10 @@ struct Replacement {
   char temporary[320];
 };
 
-// Opens the replacement of path for writing, with the permissions path has.
-// False when it cannot be created.
+// Opens the replacement of path for writing. It gets the read and write bits
+// of the regular file at path, taken without following a link, and never a
+// setuid, setgid, sticky or execute bit; in place of a link or of nothing,
+// a new file's. False when it cannot be created.
 bool OpenReplacement(Replacement& replacement, const char* path);
 
 // Flushes the bytes to the disk, puts them in place of path and syncs the

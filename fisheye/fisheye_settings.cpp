@@ -38,8 +38,12 @@ int ZrFisheyeSet(Request& request) {
     ReleaseSettingsLock(lock);
     return 1;
   }
-  // A file that could not be read whole is never written over.
-  const bool loaded = load_cfg(cfg) >= 0;
+  // A file that could not be read whole, or that another writer changed
+  // while it was read (a save that had to go on without the lock), is
+  // never written over.
+  const int load = load_cfg(cfg);
+  const bool loaded = load >= 0;
+  if (load == -2) fputs("[ZrFisheyeSet] fish_eye.conf not saved: changed while read\n", stderr);
   for (const FisheyeKey& key : kFisheyeKeys) {
     char value[128];
     // Written as posted: vmfd reads the numbers itself. A key missing from

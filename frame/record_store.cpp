@@ -26,8 +26,9 @@ bool ArgumentsValid(const void* record, int32_t recordSize, const char* filePath
 int ZrCamCtlReadConfFromFile(void* record, int32_t recordSize, const char* filePath) {
   if (!ArgumentsValid(record, recordSize, filePath)) return -1;
   // Never waits: a FIFO without a writer opens at once and, like a device
-  // or a directory, is read as holding nothing.
-  const int fd = open(filePath, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  // or a directory, is read as holding nothing. A link is not followed: it
+  // fails to open, as a missing file does, and the save then replaces it.
+  const int fd = open(filePath, O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC);
   if (fd < 0) {
     fprintf(stderr, "fopen is failed [PATH:%s]\n", filePath);
     return -2;

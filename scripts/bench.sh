@@ -37,8 +37,10 @@ mkdir -p "$root/usr/libexec"
 mount -t proc proc "$root/proc"
 mount -t tmpfs -o size=64k tmpfs "$root/proc/driver"
 printf 'QEF_STR0="NVS";\nQEF_STR1="ABCDEFGHIJKLMNOPQRS0J-A1";\nQEF_STR2="1.0.3";\n' > "$root/proc/driver/qe_basic_conf"
-# The daemon stand-in ignores the wake-up signal.
-sh -c 'trap "" USR1; exec sleep 100000' &
+# The daemon stand-in ignores the wake-up signal. It goes by the daemon's
+# name, as /proc shows it: the program signals no process by another name.
+cp "$(command -v sleep)" "$work/zrcamctld"
+sh -c 'trap "" USR1; exec "$0" 100000' "$work/zrcamctld" &
 daemon=$!
 echo "$daemon" > "$root/var/run/zrcamctld.pid"
 

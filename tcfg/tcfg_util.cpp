@@ -206,7 +206,9 @@ int replace_in_line(tcfg* cfg, int index, Span span, const char* newValue) {
 
 int create_cfg_file(const char* path) {
   if (!path) return -1;
-  const int fd = open(path, O_RDONLY | O_CREAT, 0744);
+  // Never through a link, nor waiting on a FIFO.
+  const int fd =
+      open(path, O_RDONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0744);
   if (fd < 0) {
     log_failure("create_cfg_file", kLineCreateOpen, "fail to open %s. errno: %d\n", path, errno);
     return -1;
@@ -285,28 +287,44 @@ int load_cfg(tcfg* cfg) {
     log_failure("load_cfg", kLineLoadNull, "argument is NULL\n");
     return -1;
   }
-  // Never waits on a FIFO; what is neither a file nor a directory (which
-  // the read refuses) is not read at all.
-  const int fd = open(cfg->path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+  // One descriptor from the open to the end of the file: never waits on a
+  // FIFO, follows no link, and reads only a regular file.
+  const int fd = open(cfg->path, O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC);
   if (fd < 0) {
     log_failure("load_cfg", kLineLoadOpen, "fail to open %s. errno: %d\n", cfg->path, errno);
     return -1;
   }
   // The read overwrites the text the current lines point into.
   release_owned(cfg);
-  errno = 0;  // a short read without an error reports 0
   struct stat st;
-  const bool readable = fstat(fd, &st) == 0 && (S_ISREG(st.st_mode) || S_ISDIR(st.st_mode));
-  if (!readable) errno = EINVAL;
-  const ssize_t got = readable ? read(fd, cfg->text, cfg->size) : -1;
-  if (got < 0 || static_cast<size_t>(got) < cfg->size) {
+  int result = fstat(fd, &st) == 0 ? 0 : -1;
+  if (result == 0 && !S_ISREG(st.st_mode)) {
+    errno = S_ISDIR(st.st_mode) ? EISDIR : EINVAL;
+    result = -1;
+  }
+  // A file replaced or written to since new_cfg took its size is not
+  // loaded cut short: its size must be the same before, during and after.
+  if (result == 0 && static_cast<uint64_t>(st.st_size) != cfg->size) result = -2;
+  // Read to the end of the file: the byte past the size, when there is
+  // one, shows the file grew.
+  for (size_t got = 0; result == 0;) {
+    const ssize_t n = read(fd, cfg->text + got, cfg->size + 1 - got);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) {
+      if (n < 0 || got != cfg->size) result = n < 0 ? -1 : -2;
+      break;
+    }
+    got += static_cast<size_t>(n);
+    if (got > cfg->size) result = -2;
+  }
+  close(fd);
+  if (result != 0) {
+    if (result == -2) errno = 0;
     log_failure("load_cfg", kLineLoadRead, "fail to read %s. errno: %d\n", cfg->path, errno);
     cfg->text[0] = '\0';
-    close(fd);
-    return -1;
+    return result;
   }
   cfg->text[cfg->size] = '\0';
-  close(fd);
   return split_lines(cfg);
 }
 

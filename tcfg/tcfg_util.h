@@ -32,14 +32,18 @@ struct tcfg {
 // file is first created empty. Null on failure.
 tcfg* new_cfg(const char* path, bool create);
 
-// Creates the file if it is missing (mode 0744). 0 or -1.
+// Creates the file if it is missing (mode 0744), never through a link. 0 or -1.
 int create_cfg_file(const char* path);
 
 // An object over a copy of `length` bytes, already split into lines. It has
 // no path, so it cannot be loaded or saved.
 tcfg* create_mem_cfg(const char* data, size_t length);
 
-// Reads the file and splits it into lines. The line count, or -1.
+// Reads the file and splits it into lines, through one descriptor from the
+// open to the end of the file; a link is not followed, and only a regular
+// file is read. The line count; -1 when it cannot be read, -2 when its size
+// is not the one new_cfg took or changed while it was read (nothing is
+// loaded cut short).
 int load_cfg(tcfg* cfg);
 
 // Copies the value of the occurrence-th "KEY = value" line at or after

@@ -32,10 +32,11 @@ std::string Setting(const char* name, const char* built) {
   return v ? v : built;
 }
 
-// A daemon stand-in: records each SIGUSR1/SIGUSR2 as one byte on its pipe,
-// and the flush signal as a byte that ends a collection.
-[[noreturn]] void StandInLoop(int writeFd) {
+// A daemon stand-in, by the daemon's name: records each SIGUSR1/SIGUSR2 as
+// one byte on its pipe, and the flush signal as a byte that ends a collection.
+[[noreturn]] void StandInLoop(int writeFd, const char* name) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
+  prctl(PR_SET_NAME, name);
   sigset_t set;
   sigemptyset(&set);
   for (const int sig : {SIGUSR1, SIGUSR2, kFlushSignal}) sigaddset(&set, sig);
@@ -114,7 +115,7 @@ DeviceRoot::DeviceRoot() {
     if (d.pid < 0) Die("fork");
     if (d.pid == 0) {
       close(fds[0]);
-      StandInLoop(fds[1]);
+      StandInLoop(fds[1], kDaemonNames[&d - daemons_]);
     }
     close(fds[1]);
     d.readFd = fds[0];
@@ -153,7 +154,8 @@ void DeviceRoot::Reset() {
   for (auto it = mounts_.rbegin(); it != mounts_.rend(); ++it)
     umount2(HostPath(*it).c_str(), MNT_DETACH);
   mounts_.clear();
-  for (const char* p : {"/tmp", "/opt/kfp/etc", "/var/savecfg.calls", "/bin/cat"}) RemoveAll(p);
+  for (const char* p : {"/tmp", "/opt/kfp/etc", "/var/run", "/var/savecfg.calls", "/bin/cat"})
+    RemoveAll(p);
   MakeDirs("/opt/kfp/etc/ZrConf/");
   MakeDirs("/tmp/");
   chmod(HostPath("/tmp").c_str(), 01777);

@@ -1,6 +1,7 @@
 // What a hostile request or a hostile file system puts in the way: special
-// files at the saved paths, files the fisheye library would cut, leftovers
-// of killed saves, and forms built to collide in the form index.
+// files at the saved paths, the lock path and the pid files, stale pids,
+// files the fisheye library would cut, leftovers of killed saves, and forms
+// built to collide in the form index.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/prctl.h>
@@ -90,8 +91,7 @@ TEST(HostileInput, SpecialFileAtTheRecordPath) {
   }
 }
 
-// A file the library would save cut short is left byte for byte; so is a
-// FIFO, which is not waited on.
+// A file the library would save cut short is left byte for byte.
 TEST(HostileInput, FisheyeFileNotCut) {
   DeviceRoot& root = DeviceRoot::Get();
   std::string manyLines = "CENTER_X = 320\n";
@@ -107,13 +107,49 @@ TEST(HostileInput, FisheyeFileNotCut) {
             "\n[SendSignalToVmfd] Send sig = [12] to vmfd. [OK]\n");
     EXPECT_EQ(a.vmfdSignals, std::vector<int>{12});
   }
+}
+
+// A FIFO at fish_eye.conf, the lock path or a pid file is not waited on:
+// nothing is saved over it, no lock is taken, no signal is sent.
+TEST(HostileInput, FifoNotWaitedOn) {
+  DeviceRoot& root = DeviceRoot::Get();
   const int limit = SecondOnThisHost(root);
-  root.Reset();
-  root.RemoveAll(kFisheye);
-  MakeSpecial('p', root.HostPath(kFisheye));
-  const Answer a = root.RunKilledAfter("zrfisheyeset.cgi", {.body = "CenterX=400"}, limit);
-  EXPECT_EQ(a.exitStatus, 0) << "not answered within " << limit << " us";
-  EXPECT_EQ(TypeAt(root.HostPath(kFisheye)), S_IFIFO);
+  for (const auto& [path, program, line] :
+      {std::tuple{kFisheye, "zrfisheyeset.cgi", "fail to read"},
+          {"/var/run/zrcamctl.lock", "zrcamctlset.cgi", "lock not taken"},
+          {"/var/run/zrcamctl.lock", "zrfisheyeset.cgi", "lock not taken"},
+          {"/var/run/zrcamctld.pid", "zrcamctlapply.cgi", "zrcamctld. [Error]"},
+          {"/var/run/zrcamctld.pid", "zrcamctlset.cgi", "zrcamctld. [Error]"},
+          {"/var/run/vmfd.pid", "zrfisheyeset.cgi", "vmfd. [Error]"}}) {
+    root.Reset();
+    root.SetModule("0y");
+    root.WriteFile(kFisheye, std::string("CENTER_X = 320\n"));
+    root.RemoveAll(path);
+    MakeSpecial('p', root.HostPath(path));
+    const Answer a = root.RunKilledAfter(program, {.body = "Hue=1&CenterX=400"}, limit);
+    EXPECT_EQ(a.exitStatus, 0) << path << " " << program << " not answered within " << limit;
+    EXPECT_NE(a.err.find(line), std::string::npos) << a.err;
+    EXPECT_EQ(TypeAt(root.HostPath(path)), S_IFIFO);
+  }
+}
+
+// A pid file naming another process (a pid reused after the daemon ended)
+// signals nothing. The name is /proc's; where the root has no /proc, the
+// test writes it there.
+TEST(HostileInput, PidFileNamingAnotherProcess) {
+  DeviceRoot& root = DeviceRoot::Get();
+  for (const std::string daemon : {"vmfd", "zrcamctld"}) {
+    root.Reset();
+    const std::string pid = std::to_string(root.DaemonPid(daemon)), comm = "/proc/" + pid + "/comm";
+    if (!root.ReadFile(comm)) root.WriteFile(comm, daemon + "\n");
+    root.WriteFile("/var/run/zrcamctld.pid", pid);
+    const Answer a = root.Post("zrcamctlapply.cgi", "RetReDir=/x");
+    const bool named = daemon == "zrcamctld";
+    EXPECT_EQ(a.err,
+        "[SendSignalToZrCamCtlD] Send sig = [10] to zrcamctld. [" +
+            std::string(named ? "OK" : "Error") + "]\n");
+    EXPECT_EQ(a.vmfdSignals.size() + a.zrcamctldSignals.size(), named ? 1u : 0u);
+  }
 }
 
 // The named temporaries of killed saves are removed by the next save of

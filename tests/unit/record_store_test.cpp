@@ -52,7 +52,7 @@ TEST_F(RecordStore, ReadsAndWrites) {
 TEST_F(RecordStore, KeepsPermissions) {
   const std::string path = dir + "/rec.bin";
   std::ofstream(path, std::ios::binary) << "old";
-  chmod(path.c_str(), 0604);
+  chmod(path.c_str(), 04705);  // the read and write bits only
   EXPECT_EQ(ZrCamCtlWriteConfToFile("abcd", 4, path.c_str()), 4);
   struct stat st = {};
   EXPECT_EQ(stat(path.c_str(), &st) == 0 ? st.st_mode & 07777 : 0u, 0604u);

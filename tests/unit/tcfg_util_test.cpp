@@ -4,6 +4,7 @@
 
 #include <stdint.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -101,6 +102,7 @@ TEST_F(TcfgFiles, Steps) {
       if (op == "write") std::ofstream(a, std::ios::binary) << b;
       if (op == "remove") n(remove(a));
       if (op == "mkdir") std::filesystem::create_directory(a);
+      if (op == "link") n(symlink(a, b));
       if (op == "rmtree") std::filesystem::remove_all(a), n(std::filesystem::exists(a));
     });
     EXPECT_EQ(r + (err.empty() ? "" : " ! " + err), step.back()) << step[0] << ": " << op;
