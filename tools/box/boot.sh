@@ -38,7 +38,9 @@ trap '[ -z "$qemu" ] || kill $qemu 2>/dev/null; rm -f "$joined" "$pidfile"' EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
 if [ -n "$overlay" ]; then  # the kernel unpacks archives one after the other
-  joined=$(mktemp /tmp/zrcamctl-box-initrd.XXXXXX)
+  # Beside the overlay, in its caller's work directory, which goes with it
+  # even when this script is killed before its trap runs.
+  joined=$(mktemp "$(dirname "$overlay")/initrd.XXXXXX")
   cat "$initrd" "$overlay" > "$joined"
   initrd=$joined
 fi
