@@ -23,9 +23,9 @@ int ZrCamCtlSet(Request& request) {
   char path[kRecordPathBufferSize] = {};
 
   int32_t id = -1;
-  for (int attempt = 0; attempt < kGetExtCamIdAttempts; ++attempt) {
-    id = GetExtCamId(request.productCode);
-    if (id >= 0) break;
+  for (int attempt = 0; attempt < kGetExtCamIdAttempts && id < 0; ++attempt) {
+    const int length = PnCodeUtilRead(request.productCode);
+    id = GetExtCamId(request.productCode, length);
   }
 
   const ModuleRow* row = FindModuleRow(static_cast<uint32_t>(id));
