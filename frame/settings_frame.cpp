@@ -212,7 +212,7 @@ bool MergeBlocks(Merge& m, const Block* blocks, int count);
 uint8_t gSideFile[kLargestSideFile];
 
 bool MergeSideFile(Merge& m, const SideFile& file) {
-  const RecordView bytes = {gSideFile, file.size};
+  const RecordView bytes = {gSideFile, file.layout.size};
   if ((m.result = ReadRecord(m.request, file.readPolicy, bytes, file.path)) != 0) return false;
   Merge side = {m.request, m.form, bytes, m.record, 0};
   MergeBlocks(side, file.layout.blocks, file.layout.count);
@@ -301,7 +301,7 @@ int RunSettingsFrame(Request& request, const SettingsFamily& family, const char*
   char value[kMaxValueBufferSize] = {};
   const FormValue form = {request.form, value, family.valueBufferSize};
   uint8_t bytes[kLargestRecord];
-  const RecordView record = {bytes, family.recordSize};
+  const RecordView record = {bytes, family.layout.size};
   const Layout& layout = family.layout;
 
   const int readResult = ReadRecord(request, family.readPolicy, record, recordPath);

@@ -1,8 +1,8 @@
 // The frame every settings family shares: read the record with the family's
 // read policy, merge the posted keys by the family's layout (frame/layout.h),
 // write the record back, and answer by the family's result rule. A family is
-// one constant: its record size, policies, layout and, in code, only the
-// rules that are its own.
+// one constant: its policies, its layout (with the record's size) and, in
+// code, only the rules that are its own.
 #pragma once
 
 #include <stddef.h>
@@ -76,17 +76,15 @@ inline constexpr ResultRule kUnlessPending = {Answer::UnlessPending};
 // its own layout and written like the record, by its own policies.
 struct SideFile {
   const char* path;
-  uint32_t size;
   ReadPolicy readPolicy;
   WriteFailure writeFailure;
   Layout layout;
 };
 
-// A family: its record, policies, layout and result rule. A variant for
-// some modules (another record size, another result rule) is a constant of
-// its own in the family's file.
+// A family: its policies, its layout (which carries the record's size) and
+// its result rule. A variant for some modules (another record size,
+// another result rule) is a constant of its own in the family's file.
 struct SettingsFamily {
-  uint16_t recordSize;
   ReadPolicy readPolicy;
   WriteFailure writeFailure;
   Layout layout;

@@ -51,7 +51,7 @@ TEST(SettingsFamilies, WriteFailuresAndReadOnlyRecords) {
   const std::string failed = "ZrCamCtlWriteConfToFile is failed\n";
   for (int n = 0; n < kFamilyNoteCount; ++n) {  // every family of the list
     const SettingsFamily* family = kFamilyNotes[n].family;
-    const size_t recordSize = family->recordSize;
+    const size_t recordSize = family->layout.size;
     std::string code = "ZZ";  // the first module code that routes to it, if any
     for (const ModuleRow& row : ModuleTable) {
       if (row.family != family) continue;
