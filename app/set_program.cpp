@@ -42,7 +42,9 @@ int ZrCamCtlSet(Request& request) {
   // failure would be reported by it and answered as a module without one.
   if (MakeCamCtlConfPath(path, kRecordPathBufferSize, request.productCode) != 0) return 0;
   const int lock = TakeSettingsLock(device::kSettingsLockFile);
-  const int result = RunSettingsFrame(request, *row->family, path);
+  const FrameResult frame = RunSettingsFrame(request.form, *row->family, path);
   ReleaseSettingsLock(lock);
-  return result;
+  // The error page's message, for a negative result.
+  snprintf(request.errorBuffer, sizeof request.errorBuffer, "%s", frame.message);
+  return frame.result;
 }

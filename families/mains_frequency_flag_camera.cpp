@@ -57,7 +57,8 @@ constexpr Field kFields[] = {
 // (truncated) byte.
 void SetFrequencyFlags(const OwnContext& context) {
   const RecordView& record = context.record;
-  if (!context.form.Lookup(context.row->key)) return;
+  FormValue value;
+  if (!context.form.Lookup(context.row->key, value)) return;
   const bool on = record.GetU8(context.row->offset) != 0;
   record.PutU8(kFrequencyOn, on ? 1 : 0);
   record.PutU8(kFrequencyOff, on ? 0 : 1);
