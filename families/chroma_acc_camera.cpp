@@ -1,5 +1,5 @@
 // Cameras with chroma saturation and automatic colour control: a
-// record with signed 32-bit brightness, saturation and colour gains,
+// record with signed word brightness, saturation and colour gains,
 // continue read.
 #include "frame/settings_frame.h"
 #include "families/families.h"
