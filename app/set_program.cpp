@@ -44,7 +44,7 @@ int ZrCamCtlSet(Request& request) {
   const int lock = TakeSettingsLock(device::kSettingsLockFile);
   const FrameResult frame = RunSettingsFrame(request.form, *row->family, path);
   ReleaseSettingsLock(lock);
-  // The error page's message, for a negative result.
-  snprintf(request.errorBuffer, sizeof request.errorBuffer, "%s", frame.message);
+  if (frame.result < 0)
+    snprintf(request.errorBuffer, sizeof request.errorBuffer, "%s", frame.message);
   return frame.result;
 }
