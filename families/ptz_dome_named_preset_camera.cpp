@@ -150,8 +150,8 @@ constexpr Block kLayout[] = {
     Fields(kSwingAndPositionKeys),
     Steps(kPrivacySides),
     Fields(kCameraKeys),
-    // A request without a title (absent or empty) clears the stored one; an
-    // over-long title leaves the value buffer filled and changes nothing.
+    // A request without a title (absent or empty) clears the stored one; a
+    // title longer than a form value may be changes nothing.
     ClearedText(kDeviceTitle),
     Fields(kDisplayKeys),
 };
