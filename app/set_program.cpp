@@ -23,9 +23,9 @@ int ZrCamCtlSet(Request& request) {
   char path[kRecordPathBufferSize] = {};
 
   int32_t id = -1;
-  for (int attempt = 0; attempt < kGetExtCamIdAttempts; ++attempt) {
-    id = GetExtCamId(request.productCode);
-    if (id >= 0) break;
+  for (int attempt = 0; attempt < kGetExtCamIdAttempts && id < 0; ++attempt) {
+    const int length = PnCodeUtilRead(request.productCode);
+    id = GetExtCamId(request.productCode, length);
   }
 
   const ModuleRow* row = FindModuleRow(static_cast<uint32_t>(id));
@@ -42,7 +42,9 @@ int ZrCamCtlSet(Request& request) {
   // failure would be reported by it and answered as a module without one.
   if (MakeCamCtlConfPath(path, kRecordPathBufferSize, request.productCode) != 0) return 0;
   const int lock = TakeSettingsLock(device::kSettingsLockFile);
-  const int result = RunSettingsFrame(request, *row->family, path);
+  const FrameResult frame = RunSettingsFrame(request.form, *row->family, path);
   ReleaseSettingsLock(lock);
-  return result;
+  if (frame.result < 0)
+    snprintf(request.errorBuffer, sizeof request.errorBuffer, "%s", frame.message);
+  return frame.result;
 }

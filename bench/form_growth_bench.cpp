@@ -52,7 +52,7 @@ int main(int argc, char** argv) {
       Request request = {};
       const double start = Now();
       ParseUrlEncodedForm(request.form, form.data(), form.size());
-      RunSettingsFrame(request, family, recordPath);
+      RunSettingsFrame(request.form, family, recordPath);
       times.push_back(Now() - start);
       entries = 0;
       for (const char* e = NextFormEntry(request.form, nullptr); e;

@@ -40,11 +40,8 @@ struct Form {
 };
 
 // One request: made once by main from the environment and the body, and
-// passed down by reference to the program, the frame and the families'
-// own rules. It lives on main's stack. The product's one mutable static is
-// a buffer, the image of a file a family edits beside its record
-// (frame/settings_frame.cpp; the preset file): at up to 262,760 bytes it is
-// too large for a CGI process's stack.
+// passed down by reference to the program, whose parts (the form, the
+// product code) go on to the layers below. It lives on main's stack.
 struct Request {
   CgiEnvironment cgi;
   Form form;

@@ -179,7 +179,7 @@ int WriteReturnPage(const Request& request) {
     }
   }
 
-  // An empty redirect is no redirect, as it always was.
+  // An empty redirect is no redirect.
   const int redirect = FormLookup(form, "RetReDir", value, kValueSize);
   if (redirect == LookupNotFound || redirect == LookupEmpty) return 0;
   if (redirect != LookupOk || !IsLocalRedirect(value)) {

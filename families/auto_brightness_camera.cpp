@@ -1,4 +1,4 @@
-// Auto-brightness colour cameras: 17-byte record of single bytes, continue read.
+// Auto-brightness colour cameras: a record of single bytes, continue read.
 #include "frame/settings_frame.h"
 #include "families/families.h"
 
@@ -28,11 +28,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kAutoBrightnessCamera = {
-    .recordSize = 17,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<17>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kAutoBrightnessCameraNotes[] = "Auto-brightness camera";
+const KeyReferenceNotes kAutoBrightnessCameraNotes = {"Auto-brightness camera"};

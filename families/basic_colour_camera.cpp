@@ -1,4 +1,4 @@
-// Basic colour cameras: 20-byte record of single bytes; a record that
+// Basic colour cameras: a record of single bytes; a record that
 // cannot be read is not rewritten.
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -32,11 +32,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kBasicColourCamera = {
-    .recordSize = 20,
     .readPolicy = ReadPolicy::Abort,
     .writeFailure = {-3, false},
     .layout = CheckedLayout<20>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kBasicColourCameraNotes[] = "Basic colour camera";
+const KeyReferenceNotes kBasicColourCameraNotes = {"Basic colour camera"};

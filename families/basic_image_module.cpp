@@ -1,4 +1,4 @@
-// Basic image modules: 16-byte record of single bytes and one 32-bit
+// Basic image modules: a record of single bytes and one 32-bit
 // brightness word, continue read, always the return page.
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -24,11 +24,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kBasicImageModule = {
-    .recordSize = 16,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<16>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kBasicImageModuleNotes[] = "Basic image module";
+const KeyReferenceNotes kBasicImageModuleNotes = {"Basic image module"};

@@ -1,5 +1,5 @@
-// Cameras with chroma saturation and automatic colour control: 32-byte
-// record with signed 32-bit brightness, saturation and colour gains,
+// Cameras with chroma saturation and automatic colour control: a
+// record with signed word brightness, saturation and colour gains,
 // continue read.
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -33,11 +33,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kChromaAccCamera = {
-    .recordSize = 32,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-1, false},
     .layout = CheckedLayout<32>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kChromaAccCameraNotes[] = "Chroma and colour-control camera";
+const KeyReferenceNotes kChromaAccCameraNotes = {"Chroma and colour-control camera"};

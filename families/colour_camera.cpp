@@ -1,4 +1,4 @@
-// Simple colour cameras: 10-byte record of five
+// Simple colour cameras: a record of five
 // halfwords, continue read.
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -18,11 +18,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kColourCamera = {
-    .recordSize = 10,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<10>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kColourCameraNotes[] = "Colour camera";
+const KeyReferenceNotes kColourCameraNotes = {"Colour camera"};

@@ -1,4 +1,4 @@
-// Day/night camera modules with exposure weighting: 140-byte record of
+// Day/night camera modules with exposure weighting: a record of
 // mostly 32-bit words, continue read, the AgcGain clamp, and a block of exposure-weighting,
 // noise-filter, lens-correction and dynamic-range bytes at the end.
 #include "families/day_night_ir_layout.h"
@@ -28,11 +28,10 @@ constexpr Block kLayout[] = {Fields(kDayNightIrFields), Fields(kTail)};
 }  // namespace
 
 constexpr SettingsFamily kDayNightCamera = {
-    .recordSize = 140,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-1, false},
     .layout = CheckedLayout<140>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kDayNightCameraNotes[] = "Day/night camera";
+const KeyReferenceNotes kDayNightCameraNotes = {"Day/night camera"};

@@ -1,4 +1,4 @@
-// Day/night IR cameras: 128-byte record of mostly 32-bit words, continue read.
+// Day/night IR cameras: a record of mostly 32-bit words, continue read.
 #include "families/day_night_ir_layout.h"
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -10,11 +10,10 @@ constexpr Block kLayout[] = {Fields(kDayNightIrFields)};
 }  // namespace
 
 constexpr SettingsFamily kDayNightIrCamera = {
-    .recordSize = kDayNightIrRecordSize,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-1, false},
-    .layout = CheckedLayout<kDayNightIrRecordSize>(kLayout),
+    .layout = CheckedLayout<128>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kDayNightIrCameraNotes[] = "Day/night IR camera";
+const KeyReferenceNotes kDayNightIrCameraNotes = {"Day/night IR camera"};

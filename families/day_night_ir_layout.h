@@ -1,11 +1,9 @@
-// The 128-byte record of the day/night IR cameras, mostly 32-bit words.
+// The record of the day/night IR cameras, mostly 32-bit words.
 // The day/night family with exposure weighting keeps the same block at the
 // start of its longer record.
 #pragma once
 
 #include "frame/settings_frame.h"
-
-inline constexpr uint32_t kDayNightIrRecordSize = 128;
 
 inline constexpr Field kDayNightIrFields[] = {
     U32("PowerFrequency", 0),

@@ -1,4 +1,4 @@
-// DC-iris cameras: 24-byte record with a 16-bit shutter speed and 16-bit
+// DC-iris cameras: a record with a 16-bit shutter speed and 16-bit
 // manual white balance gains, continue read.
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -34,11 +34,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kDcIrisCamera = {
-    .recordSize = 24,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<24>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kDcIrisCameraNotes[] = "DC-iris camera";
+const KeyReferenceNotes kDcIrisCameraNotes = {"DC-iris camera"};

@@ -1,4 +1,4 @@
-// Thermal cameras with an emissivity table: 182-byte record, continue read.
+// Thermal cameras with an emissivity table: continue read.
 // "EmissivityData" goes to the table slot that the emissivity mode selects.
 // On some modules (a constant of their own) a pending zoom, calibration or
 // menu command keeps the browser on its page.
@@ -94,25 +94,24 @@ constexpr Block kLayout[] = {
     Slot(kEmissivityTable, kEmissivityMode),
     Fields(kTailFields),
 };
+constexpr Layout kChecked = CheckedLayout<182>(kLayout);
 
 }  // namespace
 
 constexpr SettingsFamily kEmissivityThermalCamera = {
-    .recordSize = 182,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
-    .layout = CheckedLayout<182>(kLayout),
+    .layout = kChecked,
 };
 
 constexpr SettingsFamily kEmissivityThermalCameraAnsweringPending = {
-    .recordSize = 182,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
-    .layout = CheckedLayout<182>(kLayout),
+    .layout = kChecked,
     .result = kUnlessPending,
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kEmissivityThermalCameraNotes[] = "Emissivity thermal camera";
-const char kEmissivityThermalCameraAnsweringPendingNotes[] =
-    "Emissivity thermal camera answering pending commands";
+const KeyReferenceNotes kEmissivityThermalCameraNotes = {"Emissivity thermal camera"};
+const KeyReferenceNotes kEmissivityThermalCameraAnsweringPendingNotes = {
+    "Emissivity thermal camera answering pending commands"};

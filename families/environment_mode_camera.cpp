@@ -1,4 +1,4 @@
-// Environment-mode cameras: 6-byte record, continue read.
+// Environment-mode cameras: continue read.
 #include "frame/settings_frame.h"
 #include "families/families.h"
 
@@ -18,11 +18,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kEnvironmentModeCamera = {
-    .recordSize = 6,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-1, false},
     .layout = CheckedLayout<6>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kEnvironmentModeCameraNotes[] = "Environment-mode camera";
+const KeyReferenceNotes kEnvironmentModeCameraNotes = {"Environment-mode camera"};

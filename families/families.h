@@ -5,6 +5,14 @@
 
 #include "frame/settings_frame.h"
 
+// What the key reference says of a family that its layout cannot: the
+// family's name, and what each of its own rules does, in layout order (the
+// rows a rule changes are named by its Own block).
+struct KeyReferenceNotes {
+  const char* name;
+  const char* ownRules[2] = {};
+};
+
 // X(Name, file): the constant kName and the notes kNameNotes, both defined
 // in families/file.cpp. The notes are the key reference's (see
 // inspect/family_notes.h); the product never refers to them.
@@ -53,6 +61,6 @@
 
 #define ZRCAMCTL_DECLARE_FAMILY(name, file) \
   extern const SettingsFamily k##name;      \
-  extern const char k##name##Notes[];
+  extern const KeyReferenceNotes k##name##Notes;
 ZRCAMCTL_FAMILIES(ZRCAMCTL_DECLARE_FAMILY)
 #undef ZRCAMCTL_DECLARE_FAMILY

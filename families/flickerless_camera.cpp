@@ -1,4 +1,4 @@
-// Flickerless cameras with a command key: 12-byte record of single bytes;
+// Flickerless cameras with a command key: a record of single bytes;
 // a record that cannot be read is not rewritten. The last byte carries a
 // one-shot command for the daemon; 255 means none.
 #include "frame/settings_frame.h"
@@ -29,7 +29,6 @@ constexpr Block kLayout[] = {Fields(kFields), OneShot(kKey)};
 }  // namespace
 
 constexpr SettingsFamily kFlickerlessCamera = {
-    .recordSize = 12,
     .readPolicy = ReadPolicy::Abort,
     .writeFailure = {-1, false},
     .layout = CheckedLayout<12>(kLayout),
@@ -37,4 +36,4 @@ constexpr SettingsFamily kFlickerlessCamera = {
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kFlickerlessCameraNotes[] = "Flickerless camera";
+const KeyReferenceNotes kFlickerlessCameraNotes = {"Flickerless camera"};

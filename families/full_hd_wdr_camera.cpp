@@ -1,4 +1,4 @@
-// Full-HD WDR cameras: 130-byte record, retry read. "KeyValue" locks the
+// Full-HD WDR cameras: retry read. "KeyValue" locks the
 // record; four backlight areas are kept inside the 1920 by 1080 picture;
 // the stabilizer is off under backlight mode 1, and byte 121 tells the
 // camera which of the two is in charge.
@@ -10,8 +10,9 @@ namespace {
 // Locks the record while not 0, and then answers 204.
 constexpr Field kKeyValue = U8("KeyValue", 0, kRequestFlag);
 
+constexpr Field kBacklightMode = U8("BacklightMode", 1);
 constexpr Field kBacklight[] = {
-    U8("BacklightMode", 1),
+    kBacklightMode,
     U8("BlcGain", 2),
     U8("HsblcModeAgcTh", 3),
     U8("HsblcAreaSelect", 4),
@@ -21,19 +22,16 @@ constexpr Field kBacklight[] = {
 };
 
 // 8..39: four arrays of four halfwords, element n-1 for area n.
-constexpr IndexedField kAreas[] = {
-    Indexed("HsblcArea%dPosX", 1, 4, 8, 2, FieldType::U16),
-    Indexed("HsblcArea%dPosY", 1, 4, 16, 2, FieldType::U16),
-    Indexed("HsblcArea%dSizeX", 1, 4, 24, 2, FieldType::U16),
-    Indexed("HsblcArea%dSizeY", 1, 4, 32, 2, FieldType::U16),
-};
-constexpr const IndexedField& kAreaPosX = kAreas[0];
-constexpr const IndexedField& kAreaPosY = kAreas[1];
-constexpr const IndexedField& kAreaSizeX = kAreas[2];
-constexpr const IndexedField& kAreaSizeY = kAreas[3];
+constexpr IndexedField kAreaPosX = Indexed("HsblcArea%dPosX", 1, 4, 8, 2, FieldType::U16);
+constexpr IndexedField kAreaPosY = Indexed("HsblcArea%dPosY", 1, 4, 16, 2, FieldType::U16);
+constexpr IndexedField kAreaSizeX = Indexed("HsblcArea%dSizeX", 1, 4, 24, 2, FieldType::U16);
+constexpr IndexedField kAreaSizeY = Indexed("HsblcArea%dSizeY", 1, 4, 32, 2, FieldType::U16);
+constexpr IndexedField kAreas[] = {kAreaPosX, kAreaPosY, kAreaSizeX, kAreaSizeY};
+constexpr IndexedField kAreaSizes[] = {kAreaSizeX, kAreaSizeY};  // see KeepAreasInsidePicture
 constexpr uint32_t kPictureWidth = 1920;
 constexpr uint32_t kPictureHeight = 1080;
 
+constexpr Field kStabilizerMode = U8("StabilizerMode", 90);  // see StabilizerRule
 constexpr Field kExposureToStabilizer[] = {
     U8("LensMode", 40),
     U8("DcLensMode", 41),
@@ -81,7 +79,7 @@ constexpr Field kExposureToStabilizer[] = {
     U16("LumaWdrOffset", 86),
     U8("SharpnessMode", 88),
     U8("SharpnessLevel", 89),
-    U8("StabilizerMode", 90),
+    kStabilizerMode,
 };
 
 constexpr Field kOutputAndDayNight[] = {
@@ -118,9 +116,6 @@ constexpr Field kOutputAndDayNight[] = {
 constexpr Field kIrisScanSet = U8("IrisScanSet", 123);
 // 124..129: not set here
 
-constexpr size_t kStabilizerRow =
-    sizeof kExposureToStabilizer / sizeof kExposureToStabilizer[0] - 1;
-static_assert(kExposureToStabilizer[kStabilizerRow].offset == 90);
 constexpr uint32_t kStabilizerState = 121;
 
 // A size that would reach past the picture's edge is cut to end at it; a
@@ -146,21 +141,24 @@ void KeepAreasInsidePicture(const OwnContext& context) {
 // compensation, 1 stabilizer, 2 neither.
 void StabilizerRule(const OwnContext& context) {
   const RecordView& record = context.record;
-  const Field& backlightMode = kBacklight[0];
   const Field& stabilizerMode = *context.row;
-  const bool backlight = record.GetU8(backlightMode.offset) == 1;
+  const bool backlight = record.GetU8(kBacklightMode.offset) == 1;
   if (backlight) record.PutU8(stabilizerMode.offset, 0);
   const uint32_t state = backlight ? 0 : record.GetU8(stabilizerMode.offset) == 1 ? 1 : 2;
   record.PutU8(kStabilizerState, state);
 }
 
+// The rows the own rules change.
+constexpr Block kAreaSizesKept = Steps(kAreaSizes);
+constexpr Block kStabilizerSwitched = Fields(kStabilizerMode);
+
 constexpr Block kLayout[] = {
     KeyValueLock(kKeyValue),
     Fields(kBacklight),
     Steps(kAreas),
-    Own(KeepAreasInsidePicture),
+    Own(KeepAreasInsidePicture, kAreaSizesKept),
     Fields(kExposureToStabilizer),
-    Own(kExposureToStabilizer[kStabilizerRow], StabilizerRule),
+    Own(kStabilizerMode, StabilizerRule, &kStabilizerSwitched),
     Fields(kOutputAndDayNight),
     Fields(kIrisScanSet),
 };
@@ -168,20 +166,16 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kFullHdWdrCamera = {
-    .recordSize = 130,
     .readPolicy = ReadPolicy::Retry,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<130>(kLayout),
     .result = kUnlessPending,
 };
 
-// The key reference's notes (the inspector's alone): the family's name,
-// the keys its own rules change, and what each own rule does.
-const char kFullHdWdrCameraNotes[] =
-    "Full-HD WDR camera\n"
-    "HsblcArea1SizeX HsblcArea2SizeX HsblcArea3SizeX HsblcArea4SizeX HsblcArea1SizeY "
-    "HsblcArea2SizeY HsblcArea3SizeY HsblcArea4SizeY StabilizerMode\n"
-    "each backlight area is kept inside the 1920 by 1080 picture: a size reaching past the edge is "
-    "cut to end at it (a position already past it leaves the wrapped 16-bit difference)\n"
-    "StabilizerMode is set to 0 under BacklightMode 1; byte 121 says which is in charge: 0 "
-    "backlight compensation, 1 stabilizer, 2 neither";
+// The key reference's notes (the inspector's alone): the family's name and
+// what each own rule does.
+const KeyReferenceNotes kFullHdWdrCameraNotes = {"Full-HD WDR camera",
+    {"each backlight area is kept inside the 1920 by 1080 picture: a size reaching past the edge "
+     "is cut to end at it (a position already past it leaves the wrapped 16-bit difference)",
+        "set to 0 under backlight mode 1; byte 121 says which is in charge: 0 backlight "
+        "compensation, 1 stabilizer, 2 neither"}};

@@ -1,4 +1,4 @@
-// Infrared-switching cameras: 116-byte record of 32-bit
+// Infrared-switching cameras: a record of 32-bit
 // words, continue read; a failed write flushes the file systems and
 // returns -1.
 #include "frame/settings_frame.h"
@@ -41,11 +41,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kInfraredSwitchingCamera = {
-    .recordSize = 116,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-1, true},
     .layout = CheckedLayout<116>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kInfraredSwitchingCameraNotes[] = "Infrared-switching camera";
+const KeyReferenceNotes kInfraredSwitchingCameraNotes = {"Infrared-switching camera"};

@@ -1,4 +1,4 @@
-// IR PTZ camera modules: 764-byte record, retry read. Scan and tour editing
+// IR PTZ camera modules: retry read. Scan and tour editing
 // is gated on their set numbers (255 = nothing being edited), the tour is
 // 32 steps in four parallel arrays, and a pending one-shot action keeps the
 // browser on its page.
@@ -6,8 +6,6 @@
 #include "families/families.h"
 
 namespace {
-
-constexpr uint32_t kRecordSize = 764;
 
 // Not set here, kept as read: 0..3, 33, 50, 52..69, 78..81,
 // 88..599 (the daemon's own), 734..753, 762..763.
@@ -113,12 +111,11 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kIrPtzModule = {
-    .recordSize = kRecordSize,
     .readPolicy = ReadPolicy::Retry,
     .writeFailure = {-2, false},
-    .layout = CheckedLayout<kRecordSize>(kLayout),
+    .layout = CheckedLayout<764>(kLayout),
     .result = kUnlessPending,
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kIrPtzModuleNotes[] = "IR PTZ module";
+const KeyReferenceNotes kIrPtzModuleNotes = {"IR PTZ module"};

@@ -1,5 +1,5 @@
 // Key and mains-frequency modules: "KeyValue" and "PowerFrequency" in the
-// first two bytes. The 3-byte modules keep a third byte the daemon owns;
+// first two bytes. The longer modules keep a third byte the daemon owns;
 // the two-byte modules have the same keys, order and answer with no third
 // byte, so both families share one layout and one result rule.
 #include "frame/settings_frame.h"
@@ -17,7 +17,6 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kKeyPowerFrequencyModule = {
-    .recordSize = 3,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<3>(kLayout),
@@ -25,7 +24,6 @@ constexpr SettingsFamily kKeyPowerFrequencyModule = {
 };
 
 constexpr SettingsFamily kTwoByteKeyPowerFrequencyModule = {
-    .recordSize = 2,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<2>(kLayout),
@@ -33,5 +31,6 @@ constexpr SettingsFamily kTwoByteKeyPowerFrequencyModule = {
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kKeyPowerFrequencyModuleNotes[] = "Key and mains-frequency module";
-const char kTwoByteKeyPowerFrequencyModuleNotes[] = "Two-byte key and mains-frequency module";
+const KeyReferenceNotes kKeyPowerFrequencyModuleNotes = {"Key and mains-frequency module"};
+const KeyReferenceNotes kTwoByteKeyPowerFrequencyModuleNotes = {
+    "Two-byte key and mains-frequency module"};

@@ -1,4 +1,4 @@
-// Lens and image processing modules: 76-byte record of bytes and
+// Lens and image processing modules: a record of bytes and
 // halfwords, three-attempt read, the KeyValue answer.
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -73,7 +73,6 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kLensImageModule = {
-    .recordSize = 76,
     .readPolicy = ReadPolicy::Retry,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<76>(kLayout),
@@ -81,4 +80,4 @@ constexpr SettingsFamily kLensImageModule = {
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kLensImageModuleNotes[] = "Lens and image module";
+const KeyReferenceNotes kLensImageModuleNotes = {"Lens and image module"};

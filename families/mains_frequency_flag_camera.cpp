@@ -1,5 +1,5 @@
 // Exposure and picture cameras that keep their mains-frequency choice also
-// as two flag bytes: 41-byte record of single bytes, continue read.
+// as two flag bytes: a record of single bytes, continue read.
 #include "frame/settings_frame.h"
 #include "families/families.h"
 
@@ -9,6 +9,7 @@ constexpr uint32_t kFrequencyOn = 1;   // 1 for a non-zero frequency choice
 constexpr uint32_t kFrequencyOff = 2;  // 1 for the choice 0
 
 // The key spellings are the web pages' own.
+constexpr Field kExposerFrequency = U8("ExposerFrequency", 8);  // see SetFrequencyFlags
 constexpr Field kFields[] = {
     U8("KeyValue", 0, kRequestFlag),  // a plain byte here: it locks nothing
     // 1..2: the frequency flags, set with "ExposerFrequency"
@@ -17,7 +18,7 @@ constexpr Field kFields[] = {
     U8("ExposerShutterSpeed", 5),
     U8("ExposerAgc", 6),
     U8("ExposerDss", 7),
-    U8("ExposerFrequency", 8),
+    kExposerFrequency,
     U8("ExposerDoorMode", 9),
     U8("AwbMode", 10),
     U8("AwbManualPreset", 11),
@@ -52,14 +53,12 @@ constexpr Field kFields[] = {
     U8("FdLvdsDelay", 40),
 };
 
-constexpr const Field& kExposerFrequency = kFields[6];
-static_assert(kExposerFrequency.offset == 8);
-
 // A posted frequency (the rule's row) sets the flags by the stored
 // (truncated) byte.
 void SetFrequencyFlags(const OwnContext& context) {
   const RecordView& record = context.record;
-  if (!context.form.Lookup(context.row->key)) return;
+  FormValue value;
+  if (!context.form.Lookup(context.row->key, value)) return;
   const bool on = record.GetU8(context.row->offset) != 0;
   record.PutU8(kFrequencyOn, on ? 1 : 0);
   record.PutU8(kFrequencyOff, on ? 0 : 1);
@@ -70,17 +69,14 @@ constexpr Block kLayout[] = {Fields(kFields), Own(kExposerFrequency, SetFrequenc
 }  // namespace
 
 constexpr SettingsFamily kMainsFrequencyFlagCamera = {
-    .recordSize = 41,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<41>(kLayout),
     .result = kUnlessPending,
 };
 
-// The key reference's notes (the inspector's alone): the family's name,
-// the keys its own rules change, and what each own rule does.
-const char kMainsFrequencyFlagCameraNotes[] =
-    "Mains-frequency flag camera\n"
-    "\n"
-    "a posted ExposerFrequency also sets byte 1 (1 when the stored choice is not 0) and byte 2 (1 "
-    "when it is 0)";
+// The key reference's notes (the inspector's alone): the family's name and
+// what its own rule does.
+const KeyReferenceNotes kMainsFrequencyFlagCameraNotes = {"Mains-frequency flag camera",
+    {"when posted, it also sets byte 1 (1 when the stored choice is not 0) and byte 2 (1 when it "
+     "is 0)"}};

@@ -1,4 +1,4 @@
-// Noise-reduction, sharpness and defog cameras: 64-byte record of words,
+// Noise-reduction, sharpness and defog cameras: a record of words,
 // halfwords and bytes, continue read; a failed write flushes the file
 // systems before it is reported.
 #include "frame/settings_frame.h"
@@ -46,11 +46,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kNoiseSharpnessDefogCamera = {
-    .recordSize = 64,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-1, true},
     .layout = CheckedLayout<64>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kNoiseSharpnessDefogCameraNotes[] = "Noise, sharpness and defog camera";
+const KeyReferenceNotes kNoiseSharpnessDefogCameraNotes = {"Noise, sharpness and defog camera"};

@@ -1,4 +1,4 @@
-// Cameras driven through their own OSD menu: 69-byte
+// Cameras driven through their own OSD menu: a
 // record of single bytes, continue read; a pressed menu key keeps the
 // browser on its page.
 #include "frame/settings_frame.h"
@@ -84,7 +84,6 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kOsdMenuKeyCamera = {
-    .recordSize = 69,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<69>(kLayout),
@@ -92,4 +91,4 @@ constexpr SettingsFamily kOsdMenuKeyCamera = {
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kOsdMenuKeyCameraNotes[] = "OSD menu key camera";
+const KeyReferenceNotes kOsdMenuKeyCameraNotes = {"OSD menu key camera"};

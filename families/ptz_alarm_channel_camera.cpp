@@ -1,4 +1,4 @@
-// PTZ cameras with four alarm channels and a relay: 440-byte record of
+// PTZ cameras with four alarm channels and a relay: a record of
 // bytes, continue read. Privacy masks, presets and preset groups each have
 // a view id and one edit slot, taken only while the kind's set id names an
 // object; the slot is never indexed by the set id.
@@ -103,8 +103,6 @@ constexpr Field kGroupRunAndDehumidifier[] = {
     U8("Dehumidifcation", 439, kRequestFlag),
 };
 
-constexpr uint32_t kRecordSize = 440;
-
 // The blocks each set id opens.
 constexpr Block kPrivacyEdit[] = {Fields(kPrivacySlot)};
 constexpr Block kPresetEdit[] = {Fields(kPresetSlot)};
@@ -125,12 +123,11 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kPtzAlarmChannelCamera = {
-    .recordSize = kRecordSize,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
-    .layout = CheckedLayout<kRecordSize>(kLayout),
+    .layout = CheckedLayout<440>(kLayout),
     .result = kUnlessPending,
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kPtzAlarmChannelCameraNotes[] = "PTZ alarm-channel camera";
+const KeyReferenceNotes kPtzAlarmChannelCameraNotes = {"PTZ alarm-channel camera"};

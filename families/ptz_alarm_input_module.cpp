@@ -1,4 +1,4 @@
-// PTZ camera modules with alarm inputs and preset groups: 788-byte record,
+// PTZ camera modules with alarm inputs and preset groups:
 // retry read. Each editing group is gated on its set id; one-shot ids are
 // idle at or above their kind's limit. The camera title is cut to 15
 // characters and cleared when not posted; the group steps' local flags are
@@ -8,8 +8,6 @@
 #include "families/families.h"
 
 namespace {
-
-constexpr uint32_t kRecordSize = 788;
 
 // Kinds: their set-id gate, and the limit below which their one-shot ids
 // are pending commands.
@@ -187,12 +185,11 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kPtzAlarmInputModule = {
-    .recordSize = kRecordSize,
     .readPolicy = ReadPolicy::Retry,
     .writeFailure = {-2, false},
-    .layout = CheckedLayout<kRecordSize>(kLayout),
+    .layout = CheckedLayout<788>(kLayout),
     .result = kUnlessPending,
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kPtzAlarmInputModuleNotes[] = "PTZ alarm-input module";
+const KeyReferenceNotes kPtzAlarmInputModuleNotes = {"PTZ alarm-input module"};

@@ -1,4 +1,4 @@
-// PTZ camera modules with alarm I/O and timed calibration: 484-byte record,
+// PTZ camera modules with alarm I/O and timed calibration:
 // retry read. The 8-step tour, the alarm functions and the 16-step group are
 // edited only while their set numbers are below 255; a pending action id
 // keeps the browser on its page.
@@ -6,8 +6,6 @@
 #include "families/families.h"
 
 namespace {
-
-constexpr uint32_t kRecordSize = 484;
 
 constexpr Field kFields[] = {
     // 0..3: not set here
@@ -138,12 +136,11 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kPtzAlarmIoModule = {
-    .recordSize = kRecordSize,
     .readPolicy = ReadPolicy::Retry,
     .writeFailure = {-2, false},
-    .layout = CheckedLayout<kRecordSize>(kLayout),
+    .layout = CheckedLayout<484>(kLayout),
     .result = kUnlessPending,
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kPtzAlarmIoModuleNotes[] = "PTZ alarm I/O module";
+const KeyReferenceNotes kPtzAlarmIoModuleNotes = {"PTZ alarm I/O module"};

@@ -1,4 +1,4 @@
-// PTZ dome cameras: 508-byte record, retry read. Image and view settings,
+// PTZ dome cameras: retry read. Image and view settings,
 // then privacy masks, scans, patterns, presets and tours: each kind has
 // view/start/end/run ids and one edit slot, taken only while the kind's
 // set id names an object. The slot is never indexed by the set id; the
@@ -119,8 +119,6 @@ constexpr IndexedField kTourSteps[] = {
     // 507: not set here
 };
 
-constexpr uint32_t kRecordSize = 508;
-
 // The blocks each set id opens.
 constexpr Block kPrivacyEdit[] = {Fields(kPrivacySlot)};
 constexpr Block kScanEdit[] = {Fields(kScanSlot)};
@@ -144,12 +142,11 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kPtzDomeCamera = {
-    .recordSize = kRecordSize,
     .readPolicy = ReadPolicy::Retry,
     .writeFailure = {-2, false},
-    .layout = CheckedLayout<kRecordSize>(kLayout),
+    .layout = CheckedLayout<508>(kLayout),
     .result = kUnlessPending,
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kPtzDomeCameraNotes[] = "PTZ dome camera";
+const KeyReferenceNotes kPtzDomeCameraNotes = {"PTZ dome camera"};

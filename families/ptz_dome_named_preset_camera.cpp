@@ -1,5 +1,5 @@
 // PTZ domes with named presets, tours, groups, swings and privacy masks:
-// 5562-byte record, retry read. A preset name goes to the slot of the
+// retry read. A preset name goes to the slot of the
 // preset being edited, a request without a device title clears it, and
 // any pending run command answers 204.
 #include "frame/settings_frame.h"
@@ -150,8 +150,8 @@ constexpr Block kLayout[] = {
     Fields(kSwingAndPositionKeys),
     Steps(kPrivacySides),
     Fields(kCameraKeys),
-    // A request without a title (absent or empty) clears the stored one; an
-    // over-long title leaves the value buffer filled and changes nothing.
+    // A request without a title (absent or empty) clears the stored one; a
+    // title longer than a form value may be changes nothing.
     ClearedText(kDeviceTitle),
     Fields(kDisplayKeys),
 };
@@ -159,7 +159,6 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kPtzDomeNamedPresetCamera = {
-    .recordSize = 5562,
     .readPolicy = ReadPolicy::Retry,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<5562>(kLayout),
@@ -167,4 +166,4 @@ constexpr SettingsFamily kPtzDomeNamedPresetCamera = {
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kPtzDomeNamedPresetCameraNotes[] = "PTZ dome with named presets";
+const KeyReferenceNotes kPtzDomeNamedPresetCameraNotes = {"PTZ dome with named presets"};

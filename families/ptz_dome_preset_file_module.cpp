@@ -1,4 +1,4 @@
-// PTZ dome modules with the preset file: 1968-byte record, continue read
+// PTZ dome modules with the preset file: continue read
 // with the " in Cgi" report. Scans, privacy masks, patterns, presets,
 // tours, areas, alarms and groups are edited one set at a time behind
 // their set numbers; preset labels and the preset-set bitmap live in
@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr uint32_t kRecordSize = 1968;
 constexpr ReadPolicy kReadPolicy = ReadPolicy::ContinueInCgi;
 constexpr WriteFailure kWriteFailure = {-2, false};
 
@@ -188,7 +187,6 @@ constexpr Field kMainTitle = Text("MainTitle", 37, 16);
 // its label (64 bytes at 20 + 64 * (n - 1)) in the preset file; preset 0 has
 // neither. The file's other bytes belong to the daemon and are carried
 // through.
-constexpr uint32_t kPresetFileSize = 262760;
 constexpr SlotOptions kPresetsFromOne = {.first = 1};
 constexpr SlotTable kPresetFlags =
     Slots("PresetSetMode", 16404, kPresets - 1, 0, FieldType::Bit, 0, kPresetsFromOne);
@@ -200,11 +198,12 @@ constexpr Block kPresetFileLayout[] = {
 };
 constexpr SideFile kPresetFile = {
     .path = device::kPtzPresetFile,
-    .size = kPresetFileSize,
     .readPolicy = kReadPolicy,
     .writeFailure = kWriteFailure,
-    .layout = CheckedLayout<kPresetFileSize, kLargestSideFile>(kPresetFileLayout),
+    .layout = CheckedLayout<262760, kLargestSideFile>(kPresetFileLayout),
 };
+// The largest file a family edits beside its record.
+static_assert(kPresetFile.layout.size == kLargestSideFile);
 
 // ---- The layout ---------------------------------------------------------------------
 
@@ -245,12 +244,11 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kPtzDomePresetFileModule = {
-    .recordSize = kRecordSize,
     .readPolicy = kReadPolicy,
     .writeFailure = kWriteFailure,
-    .layout = CheckedLayout<kRecordSize>(kLayout),
+    .layout = CheckedLayout<1968>(kLayout),
     .result = kUnlessPending,
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kPtzDomePresetFileModuleNotes[] = "PTZ dome with the preset file";
+const KeyReferenceNotes kPtzDomePresetFileModuleNotes = {"PTZ dome with the preset file"};

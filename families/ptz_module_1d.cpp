@@ -1,4 +1,4 @@
-// PTZ camera modules with zero-point calibration: 328-byte record of bytes,
+// PTZ camera modules with zero-point calibration: a record of bytes,
 // 256-byte form values, continue read. Scans, privacy masks, patterns and
 // tours are edited one set at a time behind their set numbers; a pending
 // action or zero-point command keeps the browser on its page.
@@ -112,7 +112,6 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kPtzModule1D = {
-    .recordSize = 328,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<328>(kLayout),
@@ -121,4 +120,4 @@ constexpr SettingsFamily kPtzModule1D = {
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kPtzModule1DNotes[] = "PTZ module with zero-point calibration";
+const KeyReferenceNotes kPtzModule1DNotes = {"PTZ module with zero-point calibration"};

@@ -1,5 +1,5 @@
-// PTZ camera modules with wiper, heater and IR illuminator control: 718-byte
-// record, retry read. Preset, group, pattern and privacy editing is gated
+// PTZ camera modules with wiper, heater and IR illuminator control:
+// retry read. Preset, group, pattern and privacy editing is gated
 // on their set ids; the group steps' local flags are checkboxes; every
 // one-shot id is idle at 255. The camera title is copied only when posted,
 // bounded to its field.
@@ -8,8 +8,6 @@
 #include "families/families.h"
 
 namespace {
-
-constexpr uint32_t kRecordSize = 718;
 
 constexpr uint32_t kPrivacyLimit = 8;
 
@@ -168,12 +166,11 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kPtzWiperHeaterModule = {
-    .recordSize = kRecordSize,
     .readPolicy = ReadPolicy::Retry,
     .writeFailure = {-2, false},
-    .layout = CheckedLayout<kRecordSize>(kLayout),
+    .layout = CheckedLayout<718>(kLayout),
     .result = kUnlessPending,
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kPtzWiperHeaterModuleNotes[] = "PTZ wiper and heater module";
+const KeyReferenceNotes kPtzWiperHeaterModuleNotes = {"PTZ wiper and heater module"};

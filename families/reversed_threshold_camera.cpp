@@ -1,5 +1,5 @@
-// Cameras whose day/night switching thresholds are kept reversed: 9-byte
-// record, continue read.
+// Cameras whose day/night switching thresholds are kept reversed:
+// continue read.
 #include "frame/settings_frame.h"
 #include "families/families.h"
 
@@ -25,11 +25,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kReversedThresholdCamera = {
-    .recordSize = 9,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-1, false},
     .layout = CheckedLayout<9>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kReversedThresholdCameraNotes[] = "Reversed-threshold camera";
+const KeyReferenceNotes kReversedThresholdCameraNotes = {"Reversed-threshold camera"};

@@ -1,4 +1,4 @@
-// Sens-up day/night cameras: 16-byte record of single bytes, continue read.
+// Sens-up day/night cameras: a record of single bytes, continue read.
 #include "frame/settings_frame.h"
 #include "families/families.h"
 
@@ -28,11 +28,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kSensUpCamera = {
-    .recordSize = 16,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-1, false},
     .layout = CheckedLayout<16>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kSensUpCameraNotes[] = "Sens-up camera";
+const KeyReferenceNotes kSensUpCameraNotes = {"Sens-up camera"};

@@ -1,4 +1,4 @@
-// Image sensors with their own processing: 296-byte record
+// Image sensors with their own processing: a record
 // of 32-bit words, continue read; a failed write flushes the file systems
 // and returns -1.
 #include "frame/settings_frame.h"
@@ -46,11 +46,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kSensorImageProcessing = {
-    .recordSize = 296,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-1, true},
     .layout = CheckedLayout<296>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kSensorImageProcessingNotes[] = "Sensor image processing";
+const KeyReferenceNotes kSensorImageProcessingNotes = {"Sensor image processing"};

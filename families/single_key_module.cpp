@@ -1,4 +1,4 @@
-// Single-key camera modules: a 4-byte record whose one setting is "KeyValue";
+// Single-key camera modules: a record whose one setting is "KeyValue";
 // the browser always stays on its page.
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -15,7 +15,6 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kSingleKeyModule = {
-    .recordSize = 4,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<4>(kLayout),
@@ -23,4 +22,4 @@ constexpr SettingsFamily kSingleKeyModule = {
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kSingleKeyModuleNotes[] = "Single-key module";
+const KeyReferenceNotes kSingleKeyModuleNotes = {"Single-key module"};

@@ -1,4 +1,4 @@
-// Thermal cameras: 22-byte record with 16-bit brightness and contrast
+// Thermal cameras: a record with 16-bit brightness and contrast
 // values, continue read.
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -30,11 +30,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kThermalCamera = {
-    .recordSize = 22,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<22>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kThermalCameraNotes[] = "Thermal camera";
+const KeyReferenceNotes kThermalCameraNotes = {"Thermal camera"};

@@ -1,4 +1,4 @@
-// Thermal imaging modules: 56-byte record of 16- and 32-bit fields, continue
+// Thermal imaging modules: a record of 16- and 32-bit fields, continue
 // read; the AGC preset word is an unsigned decimal, and a pending reset or
 // save command keeps the browser on its page.
 #include "frame/settings_frame.h"
@@ -42,7 +42,6 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kThermalImagingModule = {
-    .recordSize = 56,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<56>(kLayout),
@@ -50,4 +49,4 @@ constexpr SettingsFamily kThermalImagingModule = {
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kThermalImagingModuleNotes[] = "Thermal imaging module";
+const KeyReferenceNotes kThermalImagingModuleNotes = {"Thermal imaging module"};

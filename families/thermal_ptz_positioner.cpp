@@ -1,4 +1,4 @@
-// Pan-tilt positioners carrying a thermal camera: 28682-byte record, retry
+// Pan-tilt positioners carrying a thermal camera: retry
 // read, 512-byte form values. Presets, preset run strings, scans, tours and
 // groups have name tables whose slots are addressed by the id being edited;
 // any pending one-shot command answers 204.
@@ -92,12 +92,13 @@ constexpr IndexedField kPresetBoxes[] = {
     Indexed("PresetBotX%d", 0, 7, 25924, 2, FieldType::U16),
     Indexed("PresetBotY%d", 0, 7, 25938, 2, FieldType::U16),
 };
+constexpr Field kPresetRunSetId = U8("PresetRunSetId", 25957);
 constexpr Field kPresetRunFields[] = {
     U8("PresetTempEmissivityMode", 25952),
     U8("PresetTempEmissivity", 25953),
     U16("PresetAllClear", 25954),
     U8("PresetRunId", 25956, kCommand),
-    U8("PresetRunSetId", 25957),
+    kPresetRunSetId,
 };
 // 25958 on: run strings, 128 bytes per preset run id.
 constexpr SlotTable kPresetRunStrings =
@@ -106,8 +107,9 @@ constexpr SlotTable kPresetRunStrings =
 // Scans: 26502 on: names, 32 bytes per scan id.
 constexpr SlotTable kScanNames =
     Slots("ScanSetName", 26502, 8, 32, FieldType::Text, 32, NamesBelow(kIdle, 16));
+constexpr Field kScanSetId = U8("ScanSetId", 26766);
 constexpr Field kScanSetFields[] = {
-    U8("ScanSetId", 26766),
+    kScanSetId,
     U8("ScanStartId", 26767, kCommand),
     U8("ScanEndId", 26768, kCommand),
     U8("ScanSetEnable", 26769),
@@ -134,8 +136,9 @@ constexpr Field kPatternFields[] = {
 // Tours: 26808 on: names, 32 bytes per tour id.
 constexpr SlotTable kTourNames =
     Slots("TourSetName", 26808, 20, 32, FieldType::Text, 32, NamesBelow(kIdle, 16));
+constexpr Field kTourSetId = U8("TourSetId", 27464);
 constexpr Field kTourSetFields[] = {
-    U8("TourSetId", 27464),
+    kTourSetId,
     U8("TourSetEnble", 27465),
 };
 constexpr Field kTourSetPrsEnble = U16("TourSetPrsEnble", 27466);
@@ -152,8 +155,9 @@ constexpr Field kTourRunFields[] = {
 // Groups: 27526 on: names, 32 bytes per group id.
 constexpr SlotTable kGroupNames =
     Slots("GroupSetName", 27526, 32, 32, FieldType::Text, 32, NamesBelow(kIdle, 16));
+constexpr Field kGroupSetId = U8("GroupSetId", 28550);
 constexpr Field kGroupSetFields[] = {
-    U8("GroupSetId", 28550),
+    kGroupSetId,
     U8("GroupSetEnble", 28551),
 };
 constexpr IndexedField kGroupSteps[] = {
@@ -178,18 +182,18 @@ constexpr Block kLayout[] = {
     Fields(kPresetFields),
     Steps(kPresetBoxes),
     Fields(kPresetRunFields),
-    Slot(kPresetRunStrings, kPresetRunFields[4]),
+    Slot(kPresetRunStrings, kPresetRunSetId),
     Fields(kScanSetFields),
-    Slot(kScanNames, kScanSetFields[0]),
+    Slot(kScanNames, kScanSetId),
     Fields(kScanRunFields),
     Fields(kPatternFields),
     Fields(kTourSetFields),
-    Slot(kTourNames, kTourSetFields[0]),
+    Slot(kTourNames, kTourSetId),
     Fields(kTourSetPrsEnble),
     Steps(kTourSteps),
     Fields(kTourRunFields),
     Fields(kGroupSetFields),
-    Slot(kGroupNames, kGroupSetFields[0]),
+    Slot(kGroupNames, kGroupSetId),
     Steps(kGroupSteps),
     Fields(kGroupRunFields),
 };
@@ -197,13 +201,14 @@ constexpr Block kLayout[] = {
 }  // namespace
 
 constexpr SettingsFamily kThermalPtzPositioner = {
-    .recordSize = 28682,
     .readPolicy = ReadPolicy::Retry,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<28682>(kLayout),
     .result = kUnlessPending,
     .valueBufferSize = 512,
 };
+// The largest record of any family.
+static_assert(kThermalPtzPositioner.layout.size == kLargestRecord);
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kThermalPtzPositionerNotes[] = "Thermal PTZ positioner";
+const KeyReferenceNotes kThermalPtzPositionerNotes = {"Thermal PTZ positioner"};

@@ -1,4 +1,4 @@
-// Image-signal-processor tuning modules: 153-byte record of single bytes,
+// Image-signal-processor tuning modules: a record of single bytes,
 // continue read. Two parallel 64-byte parameter sets, told apart by their
 // key prefix, are followed by 25 single parameters. The keys of a set are
 // its prefix and the parameter (for a curve, the curve and the point).
@@ -115,11 +115,10 @@ constexpr Block kLayout[] = {Product(kSets, kSetCount), Fields(kSingles)};
 }  // namespace
 
 constexpr SettingsFamily kTwoSetImageTuning = {
-    .recordSize = 153,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<153>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kTwoSetImageTuningNotes[] = "Two-set image tuning";
+const KeyReferenceNotes kTwoSetImageTuningNotes = {"Two-set image tuning"};

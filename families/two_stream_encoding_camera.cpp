@@ -1,4 +1,4 @@
-// Two-stream encoding camera modules: 252-byte record, continue read,
+// Two-stream encoding camera modules: continue read,
 // encoder and OSD settings per stream with a 20-byte OSD text each.
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -97,11 +97,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kTwoStreamEncodingCamera = {
-    .recordSize = 252,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-1, false},
     .layout = CheckedLayout<252>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kTwoStreamEncodingCameraNotes[] = "Two-stream encoding camera";
+const KeyReferenceNotes kTwoStreamEncodingCameraNotes = {"Two-stream encoding camera"};

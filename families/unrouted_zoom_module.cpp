@@ -1,5 +1,5 @@
 // Zoom camera module with focus, white balance, exposure and picture
-// settings: 21-byte record, continue read. No module code routes to it; it
+// settings: continue read. No module code routes to it; it
 // is complete so that a table row can.
 #include "frame/settings_frame.h"
 #include "families/families.h"
@@ -34,11 +34,10 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kUnroutedZoomModule = {
-    .recordSize = 21,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<21>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kUnroutedZoomModuleNotes[] = "Zoom module without a module code";
+const KeyReferenceNotes kUnroutedZoomModuleNotes = {"Zoom module without a module code"};

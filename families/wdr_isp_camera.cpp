@@ -1,4 +1,4 @@
-// Wide-dynamic-range ISP cameras: 91 one-byte settings at offsets 0..90 in
+// Wide-dynamic-range ISP cameras: one-byte settings at offsets 0..90 in
 // key order, continue read. The nine processing stages share one set of
 // seven parameters, so their keys are built from the stage and parameter
 // names rather than listed.
@@ -65,19 +65,16 @@ constexpr Field kColourAndOutput[] = {
     U8("PowerFrq", 90),
 };
 
-constexpr uint32_t kRecordSize = 91;
-
 constexpr Block kLayout[] = {
     Fields(kExposure), Product(kStages, kStageCount), Fields(kColourAndOutput)};
 
 }  // namespace
 
 constexpr SettingsFamily kWdrIspCamera = {
-    .recordSize = kRecordSize,
     .readPolicy = ReadPolicy::Continue,
     .writeFailure = {-2, false},
-    .layout = CheckedLayout<kRecordSize>(kLayout),
+    .layout = CheckedLayout<91>(kLayout),
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kWdrIspCameraNotes[] = "WDR ISP camera";
+const KeyReferenceNotes kWdrIspCameraNotes = {"WDR ISP camera"};

@@ -1,4 +1,4 @@
-// Autofocus zoom camera modules: 108-byte record, retry read.
+// Autofocus zoom camera modules: retry read.
 #include "frame/settings_frame.h"
 #include "families/families.h"
 
@@ -108,7 +108,6 @@ constexpr Block kLayout[] = {Fields(kFields)};
 }  // namespace
 
 constexpr SettingsFamily kZoomCameraModule = {
-    .recordSize = 108,
     .readPolicy = ReadPolicy::Retry,
     .writeFailure = {-2, false},
     .layout = CheckedLayout<108>(kLayout),
@@ -116,4 +115,4 @@ constexpr SettingsFamily kZoomCameraModule = {
 };
 
 // The key reference's notes (the inspector's alone): the family's name.
-const char kZoomCameraModuleNotes[] = "Zoom camera module";
+const KeyReferenceNotes kZoomCameraModuleNotes = {"Zoom camera module"};

@@ -9,8 +9,9 @@
 #include <stddef.h>
 #include <stdint.h>
 
-// The largest record of any family (the thermal PTZ positioner's), and the
-// largest file a family edits beside its record (the PTZ dome's preset file).
+// The largest record a layout may describe, and the largest file a family
+// may edit beside its record: the frame's buffers for them are this large.
+// The family that reaches each limit asserts it in its own file.
 inline constexpr uint32_t kLargestRecord = 28682;
 inline constexpr uint32_t kLargestSideFile = 262760;
 
@@ -199,7 +200,7 @@ constexpr SlotTable Slots(const char* key, uint32_t offset, uint32_t slots, uint
 // ---- Layout blocks -----------------------------------------------------------
 
 struct Block;
-struct OwnContext;  // frame/settings_frame.h: the request, the record and the row
+struct OwnContext;  // frame/settings_frame.h: the form, the record and the row
 struct SideFile;    // frame/settings_frame.h: a file edited beside the record
 
 // A family's own step, for what no block can say.
@@ -219,8 +220,8 @@ enum class Op : uint8_t {
                  // every inner row (suffix, offset from the base, type)
   Own,           // the family's own rule
   SideFile,      // a file the family edits beside its record, merged by its own layout
-  PlainSave,     // blocks merged only by a plain save: one that opened no gate and left no
-                 // command pending; the record is written without them, then again with them
+  PlainSave,     // blocks merged only by a plain save: where the block stands, no gate of
+                 // the layout is open and no command pending
 };
 
 // What each kind of block holds.
@@ -253,7 +254,8 @@ struct ProductBlock {
 };
 struct OwnBlock {
   OwnRule rule;
-  const Field* row;  // the row the rule belongs to, or null
+  const Field* row;      // the row the rule is given, or null
+  const Block* changes;  // the rows whose stored values it may change (Fields, Steps), or null
 };
 struct SideFileBlock {
   const SideFile* file;
@@ -328,9 +330,14 @@ constexpr Block Product(const Field (&rows)[N], int outer) {
   return ProductBlock{
       rows, rows + outer, static_cast<uint8_t>(outer), static_cast<uint8_t>(N - outer)};
 }
-// The family's own rule; row: the row it belongs to, handed to the rule.
-constexpr Block Own(OwnRule rule) { return OwnBlock{rule, nullptr}; }
-constexpr Block Own(const Field& row, OwnRule rule) { return OwnBlock{rule, &row}; }
+// The family's own rule; row: the row handed to the rule; changes: the rows
+// of the layout whose stored values the rule may change.
+constexpr Block Own(OwnRule rule, const Block& changes) {
+  return OwnBlock{rule, nullptr, &changes};
+}
+constexpr Block Own(const Field& row, OwnRule rule, const Block* changes = nullptr) {
+  return OwnBlock{rule, &row, changes};
+}
 // The file is read, merged by its layout (its slot tables' ids are rows of
 // the family's record) and written where the block stands; a failed write
 // ends the request with the file's write-failure result.
@@ -364,6 +371,7 @@ void LayoutErrorFieldsOverlap();
 void LayoutErrorRecordTooLarge();
 void LayoutErrorKeyTooLong();
 void LayoutErrorStepCountsDiffer();
+void LayoutErrorOwnRowNotInLayout();
 
 // Room for a product's composed key and its NUL.
 inline constexpr size_t kProductKeySize = 48;
@@ -481,13 +489,21 @@ consteval bool CheckLayout(const Block* blocks, size_t count, uint32_t recordSiz
       }
     });
   });
+  // The rows an own rule changes are rows of the layout.
+  ForEachBlock(blocks, count, [&](const Block& block, const Block*) {
+    if (block.op == Op::Own && block.own.changes)
+      ForEachSpan(*block.own.changes, [&](Span s) {
+        if (s.end > used || owner[s.begin] != s.begin + 1) LayoutErrorOwnRowNotInLayout();
+      });
+  });
   delete[] owner;
   return true;
 }
 
-// A family's layout: only CheckedLayout makes one, so every layout that
-// builds has been checked against its record. Largest: a settings record's
-// limit, or a side file's (kLargestSideFile).
+// A family's layout and the size of the record it describes: only
+// CheckedLayout makes one, so every layout that builds has been checked
+// against its record. Largest: a settings record's limit, or a side file's
+// (kLargestSideFile).
 class Layout;
 template <uint32_t RecordSize, uint32_t Largest = kLargestRecord, size_t N, size_t M>
 consteval Layout CheckedLayout(const Block (&blocks)[N], const uint16_t (&overlaps)[M]);
@@ -497,6 +513,7 @@ consteval Layout CheckedLayout(const Block (&blocks)[N]);
 class Layout {
  public:
   const Block* blocks;
+  uint32_t size;  // the record's bytes
   uint8_t count;
 
   template <uint32_t RecordSize, uint32_t Largest, size_t N, size_t M>
@@ -505,16 +522,16 @@ class Layout {
   friend consteval Layout CheckedLayout(const Block (&blocks)[N]);
 
  private:
-  constexpr Layout(const Block* b, uint8_t n) : blocks(b), count(n) {}
+  constexpr Layout(const Block* b, uint8_t n, uint32_t s) : blocks(b), size(s), count(n) {}
 };
 
 template <uint32_t RecordSize, uint32_t Largest, size_t N, size_t M>
 consteval Layout CheckedLayout(const Block (&blocks)[N], const uint16_t (&overlaps)[M]) {
   CheckLayout(blocks, N, RecordSize, Largest, overlaps, M);
-  return Layout(blocks, static_cast<uint8_t>(N));
+  return Layout(blocks, static_cast<uint8_t>(N), RecordSize);
 }
 template <uint32_t RecordSize, uint32_t Largest, size_t N>
 consteval Layout CheckedLayout(const Block (&blocks)[N]) {
   CheckLayout(blocks, N, RecordSize, Largest, nullptr, 0);
-  return Layout(blocks, static_cast<uint8_t>(N));
+  return Layout(blocks, static_cast<uint8_t>(N), RecordSize);
 }

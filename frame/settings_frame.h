@@ -1,8 +1,8 @@
 // The frame every settings family shares: read the record with the family's
 // read policy, merge the posted keys by the family's layout (frame/layout.h),
 // write the record back, and answer by the family's result rule. A family is
-// one constant: its record size, policies, layout and, in code, only the
-// rules that are its own.
+// one constant: its policies, its layout (with the record's size) and, in
+// code, only the rules that are its own.
 #pragma once
 
 #include <stddef.h>
@@ -19,7 +19,7 @@ inline constexpr int kMaxValueBufferSize = 512;
 enum class ReadPolicy : uint8_t {
   Continue,       // report, merge into the buffer as it stands, write
   ContinueInCgi,  // the same, with the " in Cgi" report
-  Abort,          // report into the error buffer, return -1, write nothing
+  Abort,          // report, answer -1 with the report on the error page, write nothing
   Retry,          // three reads 100 ms apart, then -2, write nothing
 };
 
@@ -31,27 +31,30 @@ struct WriteFailure {
 
 // ---- Form values --------------------------------------------------------
 
-// The handler's value buffer: every lookup overwrites it, and the value is
-// converted right after its own lookup.
+// A value looked up from the form, in a buffer of its caller's.
 struct FormValue {
-  const Form& form;
-  char* buffer;
-  int size;
+  char text[kMaxValueBufferSize];
 
-  // True only when the key was posted with a value that fits the buffer.
-  bool Lookup(const char* key) const { return FormLookup(form, key, buffer, size) == LookupOk; }
-  // Looks up keyFormat with %d replaced by index.
-  bool LookupIndexed(const char* keyFormat, int index) const;
-  int32_t Int() const;
-  const char* Text() const { return buffer; }
-  bool Empty() const { return buffer[0] == '\0'; }
+  int32_t Int() const { return FormValueToInt(text); }
+  bool Empty() const { return text[0] == '\0'; }
 };
 
-// What a family's own rule gets: the request and its form value, the
-// record, and the row the rule belongs to (null when it belongs to none).
+// The form as a family reads it: values at most size - 1 bytes long.
+struct FamilyForm {
+  const Form& form;
+  int size;
+
+  // True only when the key was posted with a value that fits; value holds
+  // what was found, cut to fit ("" when nothing was).
+  bool Lookup(const char* key, FormValue& value) const;
+  // Looks up keyFormat with %d replaced by index.
+  bool LookupIndexed(const char* keyFormat, int index, FormValue& value) const;
+};
+
+// What a family's own rule gets: the form, the record, and the row the
+// block hands it (null when none).
 struct OwnContext {
-  const Request& request;
-  const FormValue& form;
+  const FamilyForm& form;
   const RecordView& record;
   const Field* row;
 };
@@ -76,17 +79,15 @@ inline constexpr ResultRule kUnlessPending = {Answer::UnlessPending};
 // its own layout and written like the record, by its own policies.
 struct SideFile {
   const char* path;
-  uint32_t size;
   ReadPolicy readPolicy;
   WriteFailure writeFailure;
   Layout layout;
 };
 
-// A family: its record, policies, layout and result rule. A variant for
-// some modules (another record size, another result rule) is a constant of
-// its own in the family's file.
+// A family: its policies, its layout (which carries the record's size) and
+// its result rule. A variant for some modules (another record size,
+// another result rule) is a constant of its own in the family's file.
 struct SettingsFamily {
-  uint16_t recordSize;
   ReadPolicy readPolicy;
   WriteFailure writeFailure;
   Layout layout;
@@ -96,16 +97,18 @@ struct SettingsFamily {
 
 // ---- The frame ------------------------------------------------------------------
 
-// Read the record, merge the layout (side files and plain-save blocks in
-// their turn), write, answer. The record buffer lives on the stack. A
-// failed read or write is reported in the request's error buffer.
-int RunSettingsFrame(Request& request, const SettingsFamily& family, const char* recordPath);
+// What a request to the frame came to: the program's result (1 the return
+// page, 0 the bare answer, negative the error page) and the error page's
+// message.
+struct FrameResult {
+  int result;
+  const char* message;
+};
 
-// True while a row of the layout holds a pending command (by its trait).
-bool LayoutPending(const RecordView& record, const Layout& layout);
-// Stores a value with a row's width and rule, as a posted value would be.
-void StoreField(const RecordView& record, const Field& field, int32_t value);
-// The value a byte or halfword row holds.
+// Read the record, merge the layout (side files and the plain save where
+// their blocks stand), write, answer. The record buffer lives on the stack.
+FrameResult RunSettingsFrame(
+    const Form& form, const SettingsFamily& family, const char* recordPath);
+
+// The value a byte, halfword or word row holds.
 uint32_t StoredValue(const RecordView& record, const Field& field);
-// True while the row holds a pending command (by its trait).
-bool FieldPending(const RecordView& record, const Field& field);

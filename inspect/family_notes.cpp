@@ -3,10 +3,34 @@
 #include <stdio.h>
 #include <string.h>
 
-#define ZRCAMCTL_NOTES_ROW(name, file) {&k##name, #file, k##name##Notes},
+#define ZRCAMCTL_NOTES_ROW(name, file) {&k##name, #file, &k##name##Notes},
 const FamilyNotes kFamilyNotes[] = {ZRCAMCTL_FAMILIES(ZRCAMCTL_NOTES_ROW)};
 #undef ZRCAMCTL_NOTES_ROW
 const int kFamilyNoteCount = sizeof kFamilyNotes / sizeof kFamilyNotes[0];
+
+namespace {
+
+// Every key an Own block of the layout names as changed, in layout order:
+// a table's rows, arrays one after the other, element by element.
+template <typename Visit>
+void ForEachOwnKey(const Layout& layout, Visit visit) {
+  ForEachBlock(layout.blocks, layout.count, [&](const Block& block, const Block*) {
+    if (block.op != Op::Own || !block.own.changes) return;
+    const Block& changes = *block.own.changes;
+    for (int r = 0; changes.op == Op::Fields && r < changes.table.count; ++r)
+      visit(changes.table.rows[r].key);
+    for (int a = 0; changes.op == Op::Steps && a < changes.steps.count; ++a) {
+      const IndexedField& array = changes.steps.arrays[a];
+      for (int i = 0; i < array.count; ++i) {
+        char key[96];
+        snprintf(key, sizeof key, array.keyFormat, array.first + i);
+        visit(key);
+      }
+    }
+  });
+}
+
+}  // namespace
 
 const FamilyNotes* FindFamilyNotes(const SettingsFamily* family) {
   for (const FamilyNotes& notes : kFamilyNotes)
@@ -14,19 +38,21 @@ const FamilyNotes* FindFamilyNotes(const SettingsFamily* family) {
   return nullptr;
 }
 
-void NoteLine(const FamilyNotes& notes, int line, char* out, size_t size) {
-  const char* at = notes.text;
-  for (int n = 0; n < line && at; ++n)
-    if ((at = strchr(at, '\n')) != nullptr) ++at;
-  const size_t length = at ? strcspn(at, "\n") : 0;
-  snprintf(out, size, "%.*s", static_cast<int>(length), at ? at : "");
+const char* OwnRuleText(const FamilyNotes& notes, int own) {
+  const int count = sizeof notes.text->ownRules / sizeof notes.text->ownRules[0];
+  return own < count && notes.text->ownRules[own] ? notes.text->ownRules[own] : "";
+}
+
+void OwnKeys(const FamilyNotes& notes, char* out, size_t size) {
+  size_t at = 0;
+  out[0] = '\0';
+  ForEachOwnKey(notes.family->layout, [&](const char* key) {
+    if (at < size) at += snprintf(out + at, size - at, "%s%s", at ? " " : "", key);
+  });
 }
 
 bool IsOwnKey(const FamilyNotes& notes, const char* key) {
-  char keys[512];
-  NoteLine(notes, 1, keys, sizeof keys);
-  const size_t length = strlen(key);
-  for (const char* at = keys; (at = strstr(at, key)) != nullptr; at += length)
-    if ((at == keys || at[-1] == ' ') && (at[length] == ' ' || at[length] == '\0')) return true;
-  return false;
+  bool own = false;
+  ForEachOwnKey(notes.family->layout, [&](const char* name) { own = own || !strcmp(name, key); });
+  return own;
 }

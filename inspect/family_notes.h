@@ -11,10 +11,7 @@
 struct FamilyNotes {
   const SettingsFamily* family;
   const char* file;  // the family's file in families/, without ".cpp"
-  // Lines: the family's name; the posted keys its own rules store or change
-  // (space separated: keys no row holds, rows whose value a rule may
-  // change), maybe empty; then what each Own block does, in layout order.
-  const char* text;
+  const KeyReferenceNotes* text;
 };
 
 // Every family, in the order of families/families.h.
@@ -23,8 +20,11 @@ extern const int kFamilyNoteCount;
 
 // The notes of a family, or null.
 const FamilyNotes* FindFamilyNotes(const SettingsFamily* family);
-// Line `line` of the notes (0: the name, 1: the own keys, 2 on: the own
-// rules) into out; "" when there is no such line.
-void NoteLine(const FamilyNotes& notes, int line, char* out, size_t size);
-// True when `key` is one of the notes' own keys.
+// What own rule `own` (0 the first Own block of the layout) does; "" when
+// the notes do not say.
+const char* OwnRuleText(const FamilyNotes& notes, int own);
+// The keys whose stored values the family's own rules may change, as their
+// Own blocks name them, space separated into out.
+void OwnKeys(const FamilyNotes& notes, char* out, size_t size);
+// True when `key` is one of them.
 bool IsOwnKey(const FamilyNotes& notes, const char* key);

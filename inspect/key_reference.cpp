@@ -108,8 +108,8 @@ void WriteKeys(FILE* out, const FamilyNotes* notes, const Layout& layout, const 
     if (block.op == Op::SideFile && sideCount < kMaxSideFiles)
       sideFiles[sideCount++] = {block.side.file, holder};
     if (block.op == Op::Own) {
-      char text[512] = "", type[16] = "", offset[16] = "", on[kShownKeySize] = "";
-      if (notes) NoteLine(*notes, 2 + own, text, sizeof text);
+      char type[16] = "", offset[16] = "", on[kShownKeySize] = "";
+      const char* text = notes ? OwnRuleText(*notes, own) : "";
       ++own;
       if (const Field* row = block.own.row) {
         TypeName(*row, type, sizeof type);
@@ -194,9 +194,9 @@ void WriteKeys(FILE* out, const FamilyNotes* notes, const Layout& layout, const 
 
 void WriteFamily(FILE* out, const SettingsFamily& family) {
   const FamilyNotes* notes = FindFamilyNotes(&family);
-  char name[128] = "(a family without notes)", ownKeys[512] = "";
-  if (notes) NoteLine(*notes, 0, name, sizeof name), NoteLine(*notes, 1, ownKeys, sizeof ownKeys);
-  fprintf(out, "\n## %s\n\n", name);
+  char ownKeys[512] = "";
+  if (notes) OwnKeys(*notes, ownKeys, sizeof ownKeys);
+  fprintf(out, "\n## %s\n\n", notes ? notes->text->name : "(a family without notes)");
   if (notes) fprintf(out, "- File: `families/%s.cpp`\n", notes->file);
   fputs("- Module codes:", out);
   int codes = 0;
@@ -208,7 +208,7 @@ void WriteFamily(FILE* out, const SettingsFamily& family) {
   fprintf(out, "%s\n", codes ? "" : " none (no module code routes to it)");
   fprintf(out,
       "- Record: %u bytes; form values up to %u bytes\n",
-      static_cast<unsigned>(family.recordSize),
+      static_cast<unsigned>(family.layout.size),
       static_cast<unsigned>(family.valueBufferSize - 1));
   fprintf(out, "- Read: %s\n", ReadPolicyText(family.readPolicy));
   fprintf(out,
@@ -230,7 +230,7 @@ void WriteFamily(FILE* out, const SettingsFamily& family) {
         gate ? " (while `" : "",
         gate ? gate->gate.setId->key : "",
         gate ? "` is open)" : "",
-        static_cast<unsigned>(file.size));
+        static_cast<unsigned>(file.layout.size));
     fprintf(out, "- Read: %s\n", ReadPolicyText(file.readPolicy));
     fprintf(out, "- Failed write: %d; the record is not written\n", file.writeFailure.result);
     int none = 0;

@@ -93,9 +93,10 @@ int Inspect(bool json, const char* module, const char* path, const char* newPath
   const SettingsFamily& family = *row->family;
 
   static uint8_t bytes[2][kLargestRecord + 1];
-  if (!ReadRecordFile(path, bytes[0], family.recordSize)) return 2;
-  if (newPath && !ReadRecordFile(newPath, bytes[1], family.recordSize)) return 2;
-  const RecordView old = {bytes[0], family.recordSize}, now = {bytes[1], family.recordSize};
+  const uint32_t size = family.layout.size;
+  if (!ReadRecordFile(path, bytes[0], size)) return 2;
+  if (newPath && !ReadRecordFile(newPath, bytes[1], size)) return 2;
+  const RecordView old = {bytes[0], size}, now = {bytes[1], size};
 
   static RecordKey keys[kMaxRecordKeys];
   const int count = ListRecordKeys(family.layout, keys, kMaxRecordKeys);

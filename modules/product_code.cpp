@@ -33,8 +33,8 @@ Got ReadText(const char* path, char* work) {
   return Got::Text;
 }
 
-// The basic configuration as the device has always read it: copied by the
-// shell to a file in /tmp, then read from there. The file is created here,
+// The basic configuration through a copy the shell makes in /tmp, read
+// from there. The file is created here,
 // exclusively, so that the shell never writes through a link or into a FIFO
 // another account planted at the name. whole: the copy was made and read.
 Got ReadCopy(char* work, bool& whole) {
@@ -78,15 +78,12 @@ int ParseQefString(char* text, int keyOffset, char* out) {
     return -1;
   }
   *end = '\0';
-  snprintf(out, kPnCodeBufferSize, "%s", start);
+  snprintf(out, kProductCodeSize, "%s", start);
   return static_cast<int>(strlen(out));
 }
 
-int PnCodeUtilQefStrRead(char* out, int keyOffset) {
-  if (keyOffset > 7) {
-    fprintf(stderr, "PnCodeUtilQefStrRead():KeyOffset=%d error\n", keyOffset);
-    return -1;
-  }
+int PnCodeUtilRead(char (&pnCode)[kProductCodeSize]) {
+  memset(pnCode, 0, sizeof pnCode);
   char* work = static_cast<char*>(malloc(kWorkBufferSize));
   if (!work) {
     fprintf(stderr, "PnCodeUtilQefStrRead():malloc error\n");
@@ -94,21 +91,17 @@ int PnCodeUtilQefStrRead(char* out, int keyOffset) {
   }
   // Without a whole copy (/tmp full or missing, a name another account
   // took, no cat) the driver's file is read directly; when that fails too,
-  // whatever the copy holds is parsed, as it always was.
+  // whatever was read of the copy is parsed.
   int length = -1;
   bool whole = false;
   const Got copy = ReadCopy(work, whole);
   if (whole || ReadText(device::kBasicConfProcFile, work) == Got::Text || copy == Got::Text)
-    length = ParseQefString(work, keyOffset, out);
+    length = ParseQefString(work, 1, pnCode);
   free(work);
   return length;
 }
 
-int PnCodeUtilRead(char* out) { return PnCodeUtilQefStrRead(out, 1); }
-
-int32_t GetExtCamId(char (&pnCode)[kPnCodeBufferSize]) {
-  memset(pnCode, 0, sizeof pnCode);
-  const int length = PnCodeUtilRead(pnCode);
+int32_t GetExtCamId(const char* pnCode, int length) {
   if (length < 0) {
     fprintf(stderr, "PnCodeUtilRead is failed\n");
     return -1;

@@ -415,11 +415,11 @@ TEST_P(Golden, DecodesAsPosted) {
           }
         };
     const Layout& layout = row->family->layout;
-    ASSERT_EQ(left[DeviceRoot::RecordPath(code)].size(), row->family->recordSize) << c.name;
-    check(layout, DeviceRoot::RecordPath(code), row->family->recordSize, nullptr);
+    ASSERT_EQ(left[DeviceRoot::RecordPath(code)].size(), row->family->layout.size) << c.name;
+    check(layout, DeviceRoot::RecordPath(code), row->family->layout.size, nullptr);
     ForEachBlock(layout.blocks, layout.count, [&](const Block& block, const Block* holder) {
       if (block.op == Op::SideFile)
-        check(block.side.file->layout, block.side.file->path, block.side.file->size, holder);
+        check(block.side.file->layout, block.side.file->path, block.side.file->layout.size, holder);
     });
     EXPECT_GT(found, 0) << golden << ": case " << c.name << ": no key " << key << " in the layout";
   }

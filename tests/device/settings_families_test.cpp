@@ -19,7 +19,7 @@ namespace device_test {
 namespace {
 
 // Runs a handler in a child chrooted into the root, on the form; returns
-// "result\n", the error buffer's text, its NUL and the byte after; leaves
+// "result\n" and the error page's message; leaves
 // its diagnostics in /tmp/handler.err.
 std::string RunHandler(
     DeviceRoot& root, const SettingsFamily* family, const std::string& form, const char* path) {
@@ -30,14 +30,10 @@ std::string RunHandler(
       _exit(126);
     ::Request request = {};
     ParseUrlEncodedForm(request.form, form.data(), form.size());
-    char* const errorBuffer = request.errorBuffer;
-    memset(errorBuffer, 'z', kErrorBufferSize);  // to show how many bytes the handler wrote
-    const int result = RunSettingsFrame(request, *family, path);
+    const FrameResult frame = RunSettingsFrame(request.form, *family, path);
     FILE* out = fopen("/tmp/handler.out", "w");
     if (!out) _exit(126);
-    fprintf(out, "%d\n", result);
-    if (const char* nul = static_cast<const char*>(memchr(errorBuffer, 0, 255)))
-      fwrite(errorBuffer, 1, nul - errorBuffer + 2, out);
+    fprintf(out, "%d\n%s", frame.result, frame.message);
     _exit(fclose(out) == 0 && fflush(stderr) == 0 ? 0 : 126);
   }
   int status = 0;
@@ -51,7 +47,7 @@ TEST(SettingsFamilies, WriteFailuresAndReadOnlyRecords) {
   const std::string failed = "ZrCamCtlWriteConfToFile is failed\n";
   for (int n = 0; n < kFamilyNoteCount; ++n) {  // every family of the list
     const SettingsFamily* family = kFamilyNotes[n].family;
-    const size_t recordSize = family->recordSize;
+    const size_t recordSize = family->layout.size;
     std::string code = "ZZ";  // the first module code that routes to it, if any
     for (const ModuleRow& row : ModuleTable) {
       if (row.family != family) continue;
@@ -65,7 +61,7 @@ TEST(SettingsFamilies, WriteFailuresAndReadOnlyRecords) {
     (void)!system(
         ("cat /dev/zero 2>/dev/null >" + root.HostPath("/opt/kfp/etc/ZrConf/filler")).c_str());
     EXPECT_EQ(RunHandler(root, family, "", path.c_str()),
-        std::to_string(family->writeFailure.result) + "\n" + failed + '\0' + 'z')
+        std::to_string(family->writeFailure.result) + "\n" + failed)
         << code;
     EXPECT_NE(root.ReadFile("/tmp/handler.err").value_or("").find(failed), std::string::npos)
         << code;

@@ -52,8 +52,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (ParseUrlEncodedForm(request.form,
           reinterpret_cast<const char*>(data + recordLength),
           size - recordLength) == 0) {
-    (void)RunSettingsFrame(request, family, RecordPath());
-    if (request.errorBuffer[kErrorBufferSize - 1] != '\0') __builtin_trap();
+    const FrameResult frame = RunSettingsFrame(request.form, family, RecordPath());
+    if (strlen(frame.message) >= kErrorBufferSize) __builtin_trap();
   }
   FreeForm(request.form);
   return 0;

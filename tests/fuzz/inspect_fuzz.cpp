@@ -14,10 +14,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const SettingsFamily& family = *kFamilyNotes[data[0] % kFamilyNoteCount].family;
   static uint8_t bytes[2][kLargestRecord];
   memset(bytes, 0, sizeof bytes);
-  const size_t n = size - 1 < family.recordSize ? size - 1 : family.recordSize;
+  const size_t n = size - 1 < family.layout.size ? size - 1 : family.layout.size;
   memcpy(bytes[0], data + 1, n);
   for (size_t i = 0; i < n; ++i) bytes[1][i] = data[n - i];
-  const RecordView record = {bytes[0], family.recordSize}, other = {bytes[1], family.recordSize};
+  const RecordView record = {bytes[0], family.layout.size}, other = {bytes[1], family.layout.size};
 
   static RecordKey keys[kMaxRecordKeys];
   const int count = ListRecordKeys(family.layout, keys, kMaxRecordKeys);

@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   memset(work, 0, sizeof work);
   const size_t n = size - 1 < sizeof work - 1 ? size - 1 : sizeof work - 1;
   memcpy(work, data + 1, n);
-  char out[kPnCodeBufferSize];
+  char out[kProductCodeSize];
   memset(out, 0, sizeof out);
   const int length = ParseQefString(work, data[0] % 8, out);
   if (length > 63 || (length >= 0 && strlen(out) != static_cast<size_t>(length))) __builtin_trap();

@@ -13,20 +13,19 @@ namespace {
 
 TEST(ProductCode, ParseAndRecordPath) {
   for (const cases::Case& k : cases::Read("unit", "product_code")) {
-    char out[kPnCodeBufferSize + 200];
+    char out[kProductCodeSize + 200];
     memset(out, 'X', sizeof out);
     std::string text = k[1];
     const int key = std::stoi(k[2]);
     testing::internal::CaptureStderr();
-    const int r = key > 7    ? PnCodeUtilQefStrRead(out, key)
-                  : key >= 0 ? ParseQefString(text.data(), key, out)
-                             : MakeCamCtlConfPath(out, std::stoi(k[3]), text.c_str());
+    const int r = key >= 0 ? ParseQefString(text.data(), key, out)
+                           : MakeCamCtlConfPath(out, std::stoi(k[3]), text.c_str());
     const std::string err = testing::internal::GetCapturedStderr();
     EXPECT_EQ(r, std::stoi(k[4])) << k[0];
     EXPECT_EQ(r < 0 ? err : std::string(out), k[5]) << k[0];
-    EXPECT_EQ(r < 0 ? 'X' : out[kPnCodeBufferSize], 'X') << k[0];  // nothing past 64 bytes
+    EXPECT_EQ(r < 0 ? 'X' : out[kProductCodeSize], 'X') << k[0];  // nothing past 64 bytes
   }
-  char path[kPnCodeBufferSize];
+  char path[kProductCodeSize];
   testing::internal::CaptureStderr();
   EXPECT_EQ(MakeCamCtlConfPath(nullptr, 256, "ABCDEFGHIJKLMNOPQRS0D") * 10 +
                 MakeCamCtlConfPath(path, 64, nullptr),
