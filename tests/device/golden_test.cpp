@@ -2,8 +2,8 @@
 // against the real executable in the device root. A case names the files
 // it starts with (as changes from the freshly reset root), the request, and
 // then the exit status, answer, diagnostics, signals and every file the
-// request changed. Files are text in quotes, or bytes as a base pattern
-// with the offsets that differ from it.
+// request changed; a case that posts one form is one line under the file's
+// defaults (the format: README.md, Golden transcripts).
 //
 // Re-recording after a deliberate change (never done by a plain run):
 //   ZRCAMCTL_GOLDEN_RECORD=1 ctest --preset host -R Golden
@@ -30,11 +30,14 @@ namespace device_test {
 namespace {
 
 struct Case {
-  std::string name;
-  std::string argv0;
+  std::string name, argv0;
   Request request;
   std::string given;     // the case's "given" lines, as written
   std::string expected;  // everything between "expect" and "end"
+  std::string before;    // the "defaults" and "group" lines written before it
+  // A one-key line's body as quoted, the inspector's values, its defaults
+  // block and group line, the defaults' answer and first bytes file.
+  std::string body, values, context, answer, file;
 };
 
 // The quoted string at the start of s; s is left after it.
@@ -57,38 +60,6 @@ std::string Unquote(std::string_view& s) {
   return out;
 }
 
-std::vector<Case> Parse(const std::string& file) {
-  std::vector<Case> cases;
-  std::ifstream in(file);
-  bool expecting = false;
-  for (std::string line; std::getline(in, line);) {
-    if (line.rfind("case ", 0) == 0) {
-      cases.push_back({line.substr(5), "", {.form = false}, "", ""});
-      expecting = false;
-      continue;
-    }
-    if (cases.empty() || line == "end") continue;
-    Case& c = cases.back();
-    if (expecting || line == "expect") {
-      if (expecting) c.expected += line + "\n";
-      expecting = true;
-      continue;
-    }
-    c.given += line + "\n";
-    std::string_view rest(line);
-    rest.remove_prefix(std::min(rest.size(), rest.find(' ') + 1));
-    if (line.rfind("argv0 ", 0) == 0) {
-      c.argv0 = rest;
-    } else if (line.rfind("env ", 0) == 0) {
-      const std::string e = Unquote(rest);
-      c.request.env.push_back({e.substr(0, e.find('=')), e.substr(e.find('=') + 1)});
-    } else if (line.rfind("stdin ", 0) == 0) {
-      c.request.body = Unquote(rest);
-    }
-  }
-  return cases;
-}
-
 // The transcripts' names (without ".golden"), sorted.
 std::vector<std::string> GoldenFiles() {
   std::vector<std::string> files;
@@ -104,10 +75,8 @@ struct FileLine {
   std::string bytes;        // a bytes file's content, its "  at" lines applied
 };
 
-// The file lines of `text` that start with `prefix` and a path. A "was"
-// base is the same path's content in `was` (zeros past its end).
-std::vector<FileLine> FileLines(const std::string& text, const std::string& prefix,
-    const std::map<std::string, std::string>& was = {}) {
+// The file lines of `text` that start with `prefix` and a path.
+std::vector<FileLine> FileLines(const std::string& text, const std::string& prefix) {
   std::vector<FileLine> files;
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
@@ -134,17 +103,114 @@ std::vector<FileLine> FileLines(const std::string& text, const std::string& pref
       char base[16] = "";
       sscanf(std::string(rest).c_str(), "bytes %u %15s %x", &size, base, &seed);
       file.bytes.assign(size, base[0] == 'z' ? 0 : static_cast<char>(seed));
-      const auto before = was.find(file.path);
-      for (size_t i = 0; i < size; ++i) {
-        if (base[0] == 'p')
-          file.bytes[i] = static_cast<char>(PatternByte(static_cast<uint8_t>(seed), i));
-        if (base[0] == 'w')
-          file.bytes[i] = before != was.end() && i < before->second.size() ? before->second[i] : 0;
-      }
+      for (size_t i = 0; base[0] == 'p' && i < size; ++i)
+        file.bytes[i] = static_cast<char>(PatternByte(static_cast<uint8_t>(seed), i));
     }
     files.push_back(file);
   }
   return files;
+}
+
+// A file's cases, its one-key lines expanded into the cases they stand for.
+std::vector<Case> Parse(std::istream& in) {
+  std::vector<Case> cases;
+  Case defaults;
+  std::string before, group, context;
+  bool expecting = false, inDefaults = false;
+  auto take = [&](const std::string& line) {
+    if (line.rfind("case ", 0) == 0 || line == "defaults") {
+      cases.push_back({line.substr(std::min<size_t>(5, line.size())), "", {.form = false}});
+      if (!inDefaults) cases.back().before = std::exchange(before, "");
+      expecting = false;
+    } else if (line == "end" && inDefaults) {
+      defaults = cases.back(), inDefaults = false;
+      cases.pop_back();
+    } else if (!cases.empty() && line != "end") {
+      Case& c = cases.back();
+      if (expecting || line == "expect") {
+        if (expecting) c.expected += line + "\n";
+        expecting = true;
+        return;
+      }
+      c.given += line + "\n";
+      std::string_view rest(line);
+      rest.remove_prefix(std::min(rest.size(), rest.find(' ') + 1));
+      if (line.rfind("argv0 ", 0) == 0) {
+        c.argv0 = rest;
+      } else if (line.rfind("env ", 0) == 0) {
+        const std::string e = Unquote(rest);
+        c.request.env.push_back({e.substr(0, e.find('=')), e.substr(e.find('=') + 1)});
+      } else if (line.rfind("stdin ", 0) == 0) {
+        c.request.body = Unquote(rest);
+      }
+    }
+  };
+  for (std::string line; std::getline(in, line);) {
+    const bool grouping = line.rfind("group ", 0) == 0;
+    if (line == "defaults") inDefaults = true, context.clear();
+    if (inDefaults) context += line + "\n";
+    if (grouping) group = line.substr(6);
+    if (inDefaults || grouping) before += line + "\n";
+    if (line[0] != '"' && !grouping) take(line);
+    if (line[0] != '"') continue;
+    std::string_view rest(line);
+    const std::string body = Unquote(rest), quoted = line.substr(0, line.size() - rest.size());
+    const size_t valuesAt = rest.find(" = ");
+    const std::string values(valuesAt == rest.npos ? "" : rest.substr(valuesAt + 3));
+    rest = rest.substr(0, valuesAt);
+    std::string answer = defaults.expected, file, changes;
+    if (rest.substr(0, 5) == " out ") {
+      std::string_view out = rest.substr(5);
+      Unquote(out);
+      const size_t at = ("\n" + answer).find("\nout "), end = answer.find('\n', at);
+      answer.replace(at, end - at, rest.substr(1, rest.size() - out.size() - 1));
+      rest = out;
+    }
+    std::map<std::string, size_t> sizes;
+    for (const FileLine& f : FileLines(defaults.given, "given "))
+      if (f.description.rfind("bytes ", 0) == 0 && sizes.emplace(f.path, f.bytes.size()).second)
+        file = file.empty() ? f.path : file;
+    std::istringstream tokens{std::string(rest)};
+    for (std::string t, path = file; tokens >> t;) {
+      if (t[0] == '/') {
+        path = t;
+        continue;
+      }
+      if (!path.empty()) changes += path + " bytes " + std::to_string(sizes[path]) + " was\n";
+      changes += "  at " + t.substr(0, t.find(':')) + ":";
+      for (size_t i = t.find(':') + 1; i + 1 < t.size(); i += 2) changes += " " + t.substr(i, 2);
+      changes += "\n", path.clear();
+    }
+    const size_t files = ("\n" + defaults.given).find("\ngiven ");
+    std::istringstream text(
+        "case " + std::to_string(cases.size() + 1) + " " + group + " " +
+        body.substr(0, body.find_first_of("=&")) + "\n" + defaults.given.substr(0, files) +
+        "env \"CONTENT_LENGTH=" + std::to_string(body.size()) + "\"\nstdin " + quoted + "\n" +
+        (files == std::string::npos ? "" : defaults.given.substr(files)) + "expect\n" + answer +
+        changes + "end");
+    for (std::string l; std::getline(text, l);) take(l);
+    Case& c = cases.back();
+    c.body = quoted, c.values = values, c.context = context + "group " + group + "\n";
+    c.answer = defaults.expected, c.file = file;
+  }
+  return cases;
+}
+
+// A one-key case's line for what came back: "" when it takes a whole case.
+std::string OneKeyLine(const Case& c, const std::string& got) {
+  std::string line = c.body;
+  std::istringstream lines(got);
+  for (std::string l; std::getline(lines, l);) {
+    if (l.rfind("out ", 0) == 0 && ("\n" + c.answer).find("\n" + l + "\n") == std::string::npos)
+      line += " " + l;
+    if (l[0] == '/' && l.substr(0, l.find(' ')) != c.file) line += " " + l.substr(0, l.find(' '));
+    if (l.rfind("  at ", 0) != 0) continue;
+    line += " " + l.substr(5, l.find(':') - 5) + ":";
+    for (size_t i = l.find(':') + 2; i < l.size(); i += 3) line += l.substr(i, 2);
+  }
+  std::istringstream text(c.context + line + "\n");
+  const std::vector<Case> e = Parse(text);
+  return e.size() == 1 && e[0].given == c.given && e[0].expected == got ? line : "";
 }
 
 struct Entry {
@@ -312,117 +378,86 @@ void Apply(const DeviceRoot& root, const std::string& given) {
   }
 }
 
+// What the inspector reads, in the files a case left, under the first key it
+// posts: wherever the family's layout has the key, of a slot table only in
+// the slot the record's id row selects.
+std::string InspectorValues(const DeviceRoot& root, const std::string& body) {
+  static RecordKey keys[kMaxRecordKeys];
+  auto bytes = [&](const std::string& path) {
+    std::string data = root.ReadFile(path).value_or("");
+    data.resize(std::max<size_t>(data.size(), 1 << 19));  // zeros past the file's end
+    return data;
+  };
+  const std::string conf = root.ReadFile("/proc/driver/qe_basic_conf").value_or("");
+  const size_t at = conf.find("QEF_STR1=\"");  // the module code: the code's characters 19, 20
+  const std::string code = at != conf.npos && at + 31 <= conf.size() ? conf.substr(at + 29, 2) : "";
+  const ModuleRow* row = code.empty() ? nullptr : FindModuleRow(ModuleCode(code.c_str()));
+  if (!row || !row->family) return "";
+  std::string values, ids = bytes(DeviceRoot::RecordPath(code));
+  const std::string key = body.substr(0, body.find_first_of("=&"));
+  auto read = [&](const Layout& layout, std::string data, const Block* gate) {
+    const RecordView record = {reinterpret_cast<uint8_t*>(data.data()), 1 << 19},
+                     idRecord = {reinterpret_cast<uint8_t*>(ids.data()), 1 << 19};
+    const int count = ListRecordKeys(layout, keys, kMaxRecordKeys, true, gate);
+    for (int k = 0; k < count; ++k) {
+      char posted[kShownKeySize], value[kShownValueSize];
+      PostedKey(keys[k], posted, sizeof posted);
+      if (key != posted ||
+          (keys[k].kind == KeyKind::Slot && StoredValue(idRecord, *keys[k].group) != keys[k].index))
+        continue;
+      ShowValue(ReadKey(keys[k], record), false, value, sizeof value);
+      values += (values.empty() ? "" : " ") + std::string(value);
+    }
+  };
+  const Layout& layout = row->family->layout;
+  read(layout, ids, nullptr);
+  ForEachBlock(layout.blocks, layout.count, [&](const Block& block, const Block* holder) {
+    if (block.op == Op::SideFile)
+      read(block.side.file->layout, bytes(block.side.file->path), holder);
+  });
+  return values;
+}
+
 class Golden : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(Golden, Replays) {
   DeviceRoot& root = DeviceRoot::Get();
   const std::string file = std::string(ZRCAMCTL_TESTS_DIR "/golden/") + GetParam() + ".golden";
-  std::vector<Case> cases = Parse(file);
+  std::ifstream in(file);
+  std::vector<Case> cases = Parse(in);
   ASSERT_FALSE(cases.empty()) << file;
   const bool record = getenv("ZRCAMCTL_GOLDEN_RECORD") != nullptr;
+  const bool sample = !record && getenv("ZRCAMCTL_GOLDEN_SAMPLE") != nullptr;
   std::string rewritten;
+  std::set<size_t> widths;  // numbers of changed bytes of the one-key lines replayed
+  int replayed = 0, lines = 0;
   for (Case& c : cases) {
+    size_t width = 0;
+    for (size_t at = 0; (at = c.expected.find("\n  at ", at)) != std::string::npos; ++at)
+      width += (c.expected.find('\n', at + 1) - c.expected.find(':', at)) / 3;
+    if (sample && !c.body.empty() && !widths.insert(width).second && ++lines % 10 != 0) continue;
     root.Reset();
     Apply(root, c.given);
     const Tree before = Snapshot(root);
     const std::string got = Outcome(root, before, root.RunAs(c.argv0, c.request));
-    if (record) c.expected = got;
+    const std::string values = c.body.empty() ? "" : InspectorValues(root, c.request.body);
+    if (record) c.expected = got, c.values = values;
     EXPECT_EQ(got, c.expected) << file << ": case " << c.name << "\n" << c.given;
-    rewritten += "case " + c.name + "\n" + c.given + "expect\n" + c.expected + "end\n";
+    EXPECT_EQ(values, c.values) << file << ": case " << c.name << ": the inspector's values";
+    ++replayed;
+    const std::string line = record && !c.body.empty() ? OneKeyLine(c, got) : "";
+    rewritten += c.before + (!line.empty() ? line + (values.empty() ? "" : " = " + values) + "\n"
+                                           : "case " + c.name + "\n" + c.given + "expect\n" +
+                                                 c.expected + "end\n");
   }
+  printf("transcript %s: %d cases replayed\n", GetParam().c_str(), replayed);
   if (record) std::ofstream(file, std::ios::binary | std::ios::trunc) << rewritten;
-}
-
-// The inspector reads back what the set program wrote: for each case that
-// posts one key alone, the record the case left holds, under that key, the
-// posted value as its row stores it; under a shut gate, or in a slot the id
-// does not select, what it held before. Keys of a family's own rules aside.
-KeyValue AsStored(const Field& field, const std::string& posted, std::string& text) {
-  const FieldType type = field.Type();
-  if (type == FieldType::Text || type == FieldType::PaddedText) {
-    text = posted.substr(0, type == FieldType::Text ? field.arg - 1u : field.arg);
-    return {true, 0, reinterpret_cast<const uint8_t*>(text.data()), text.size()};
-  }
-  const ValueRule rule = field.Rule();
-  uint32_t v = rule == ValueRule::Unsigned ? DecimalToUInt32(posted.c_str())
-                                           : FormValueToInt(posted.c_str());
-  if (rule == ValueRule::Reversed) v = field.arg - v;
-  if (type == FieldType::Bit) v = (v & 0xFFFF) != 0;
-  if (rule == ValueRule::AtLeastOne && static_cast<int32_t>(v) <= 0) v = 1;
-  v &= type == FieldType::U8 || rule == ValueRule::LowByte ? 0xFF
-       : type == FieldType::U16                            ? 0xFFFF
-                                                           : ~0u;
-  const bool signedWord = type == FieldType::U32 && rule != ValueRule::Unsigned;
-  const int64_t value = signedWord ? int64_t{static_cast<int32_t>(v)} : int64_t{v};
-  return {false, type == FieldType::Checkbox ? 1 : value, nullptr, 0};
 }
 
 // A family's transcripts: tests/golden/<its file's name, '-' for '_'>.golden.
 std::string TranscriptName(std::string file, char from = '_', char to = '-') {
   std::replace(file.begin(), file.end(), from, to);
   return file;
-}
-
-TEST_P(Golden, DecodesAsPosted) {
-  static RecordKey keys[kMaxRecordKeys];
-  const std::string golden = GetParam();
-  for (const Case& c : Parse(std::string(ZRCAMCTL_TESTS_DIR "/golden/") + golden + ".golden")) {
-    if (c.name.find(" OneKey ") == std::string::npos) continue;
-    const std::string pair = c.request.body.substr(0, c.request.body.find('&'));
-    const std::string key = pair.substr(0, pair.find('=')), value = pair.substr(pair.find('=') + 1);
-    std::map<std::string, std::string> given, left;
-    std::string code = "0J";  // the module of the product code, unless given
-    for (const FileLine& file : FileLines(c.given, "given ")) {
-      given[file.path] = left[file.path] = file.bytes;
-      std::string_view quoted = file.description;
-      const std::string text = file.path == "/proc/driver/qe_basic_conf" ? Unquote(quoted) : "";
-      if (text.find("QEF_STR1=\"") != std::string::npos)
-        code = text.substr(text.find("QEF_STR1=\"") + 29, 2);
-    }
-    for (const FileLine& file : FileLines(c.expected, "", given)) left[file.path] = file.bytes;
-    const ModuleRow* row = FindModuleRow(ModuleCode(code.c_str()));
-    const FamilyNotes* notes = row && row->family ? FindFamilyNotes(row->family) : nullptr;
-    ASSERT_TRUE(notes) << c.name << ": module " << code;
-    if (IsOwnKey(*notes, key.c_str())) continue;
-    // The record, then each side file; slot ids are the record's rows.
-    std::string ids;
-    int found = 0;
-    auto check =
-        [&](const Layout& layout, const std::string& path, uint32_t size, const Block* gate) {
-          std::string now = left[path], was = given[path];
-          now.resize(size), was.resize(size);  // a missing file reads as zeros
-          if (ids.empty()) ids = now;
-          const RecordView after = {reinterpret_cast<uint8_t*>(now.data()), size};
-          const RecordView before = {reinterpret_cast<uint8_t*>(was.data()), size};
-          const RecordView idRecord = {
-              reinterpret_cast<uint8_t*>(ids.data()), static_cast<uint32_t>(ids.size())};
-          const int count = ListRecordKeys(layout, keys, kMaxRecordKeys, true, gate);
-          for (int k = 0; k < count; ++k) {
-            char posted[kShownKeySize], want[kShownValueSize], got[kShownValueSize];
-            PostedKey(keys[k], posted, sizeof posted);
-            const uint32_t id = keys[k].group ? StoredValue(idRecord, *keys[k].group) : 0;
-            const bool shut = keys[k].group && id >= keys[k].limit;
-            if (key != posted || (keys[k].kind == KeyKind::Slot && !shut && id != keys[k].index))
-              continue;
-            ++found;
-            std::string text;
-            const KeyValue expected =
-                shut ? ReadKey(keys[k], before) : AsStored(keys[k].field, value, text);
-            ShowValue(expected, false, want, sizeof want);
-            ShowValue(ReadKey(keys[k], after), false, got, sizeof got);
-            EXPECT_STREQ(got, want)
-                << golden << ": case " << c.name << ": " << key << " at " << keys[k].field.offset;
-          }
-        };
-    const Layout& layout = row->family->layout;
-    ASSERT_EQ(left[DeviceRoot::RecordPath(code)].size(), row->family->layout.size) << c.name;
-    check(layout, DeviceRoot::RecordPath(code), row->family->layout.size, nullptr);
-    ForEachBlock(layout.blocks, layout.count, [&](const Block& block, const Block* holder) {
-      if (block.op == Op::SideFile)
-        check(block.side.file->layout, block.side.file->path, block.side.file->layout.size, holder);
-    });
-    EXPECT_GT(found, 0) << golden << ": case " << c.name << ": no key " << key << " in the layout";
-  }
 }
 
 // Every family a module routes to has its transcripts.
