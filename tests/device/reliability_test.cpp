@@ -194,26 +194,30 @@ TEST(Reliability, KilledSavesAndLinksLeaveFilesWhole) {
     const auto names = root.List("/opt/kfp/etc/ZrConf");
     EXPECT_TRUE(names.size() == 1 || (names.size() == 2 && names[1].ends_with(".new"))) << delay;
   }
-  // A link at the record's path, even to another account's setuid file,
-  // reads as a missing record and is replaced (0y's family then saves) by
-  // root's file with read and write bits only; what it pointed to is untouched.
-  root.Reset();
-  root.SetModule("0y");
-  const Bytes target(128, 0);
-  const std::string record = root.HostPath(DeviceRoot::RecordPath("0y")),
-                    planted = root.HostPath("/opt/kfp/etc/target");
-  root.WriteFile("/opt/kfp/etc/target", target);
-  ASSERT_EQ(chown(planted.c_str(), 65534, 65534) | chmod(planted.c_str(), 04755), 0);
-  ASSERT_EQ(symlink("../target", record.c_str()), 0);
-  EXPECT_EQ(root.Post("zrcamctlset.cgi", "Hue=1").out, "");
-  Bytes expected = target;
-  expected[4] = 1;
-  EXPECT_EQ(root.ReadRecord("0y"), expected);
-  struct stat st, was;
-  ASSERT_EQ(lstat(record.c_str(), &st) | stat(planted.c_str(), &was), 0);
-  EXPECT_TRUE(
-      st.st_uid == 0 && (st.st_mode & ~0644u) == S_IFREG && was.st_mode == (S_IFREG | 04755));
-  EXPECT_TRUE(root.ReadFile("/opt/kfp/etc/target") == std::string(128, '\0'));
+  // Another account's setuid file at the record's path, or a link to one:
+  // a link reads as a missing record (0y's family then saves); either is
+  // replaced by root's file with read and write bits only, and what the link
+  // pointed to is untouched.
+  for (const bool link : {false, true}) {
+    root.Reset();
+    root.SetModule("0y");
+    const Bytes target(128, 0);
+    const std::string record = root.HostPath(DeviceRoot::RecordPath("0y")),
+                      planted = link ? root.HostPath("/opt/kfp/etc/target") : record;
+    root.WriteFile(link ? "/opt/kfp/etc/target" : DeviceRoot::RecordPath("0y"), target);
+    ASSERT_EQ(chown(planted.c_str(), 65534, 65534) | chmod(planted.c_str(), 04755), 0);
+    if (link) ASSERT_EQ(symlink("../target", record.c_str()), 0);
+    EXPECT_EQ(root.Post("zrcamctlset.cgi", "Hue=1").out, "");
+    Bytes expected = target;
+    expected[4] = 1;
+    EXPECT_EQ(root.ReadRecord("0y"), expected) << link;
+    struct stat st, was;
+    ASSERT_EQ(lstat(record.c_str(), &st) | (link ? stat(planted.c_str(), &was) : 0), 0);
+    EXPECT_TRUE(st.st_uid == 0 && (st.st_mode & ~0644u) == S_IFREG) << link;
+    if (link)
+      EXPECT_TRUE(was.st_mode == (S_IFREG | 04755) &&
+                  *root.ReadFile("/opt/kfp/etc/target") == std::string(128, '\0'));
+  }
 }
 
 }  // namespace
