@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,9 @@ namespace cases {
 // A whole file ("" when it cannot be read).
 inline std::string ReadAll(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
+  std::ostringstream all;
+  all << in.rdbuf();
+  return all.str();
 }
 
 // A test in a fresh directory of its own, removed after it.
