@@ -10,9 +10,9 @@ set -u
 build=$1
 shift
 export ZRCAMCTL_EMULATOR=  # natively: no qemu-arm-static
-# Of the transcripts, every whole case and a sample of the one-key lines
-# covering each file and each number of changed bytes: the host and the
-# armhf build under qemu-arm-static replay them all.
+# Of the transcripts, each file's first case of each rule and first one-key
+# line of each number of changed bytes: the host, and the host's harness
+# with the armhf executable under qemu-arm-static, replay them all.
 export ZRCAMCTL_GOLDEN_SAMPLE=1
 shards=$(nproc)
 if [ "${1:-}" = --jffs2 ]; then
