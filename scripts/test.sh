@@ -45,7 +45,8 @@ stage setup setup
 # the host's harness (the ARM harness replays them in the box).
 armhf() {
   cmake --workflow --preset armhf
-  ctest --preset armhf-transcripts
+  # One more than the processors: each case waits on files and processes.
+  ctest --preset armhf-transcripts -j $((jobs + 1))
 }
 stage host cmake --workflow --preset host
 stage armhf armhf

@@ -80,6 +80,9 @@ DeviceRoot::DeviceRoot() {
   char dir[] = "/tmp/zrcamctl-root.XXXXXX";
   if (!mkdtemp(dir)) Die("mkdtemp");
   root_ = dir;
+  // In memory where it can be: a case's files are made, read and removed
+  // whole, and a save's syncs reach no disk.
+  rootMounted_ = mount("tmpfs", dir, "tmpfs", 0, "size=512m") == 0;
   chmod(dir, 0755);  // like a device's /: other users enter it too
   emulator_ = Setting("ZRCAMCTL_EMULATOR", ZRCAMCTL_EMULATOR);
   std::string command = "/bin/sh";
@@ -139,6 +142,7 @@ DeviceRoot::~DeviceRoot() {
   }
   std::error_code ignored;
   if (clean) std::filesystem::remove_all(root_, ignored);
+  if (clean && rootMounted_ && umount2(root_.c_str(), MNT_DETACH) == 0) rmdir(root_.c_str());
 }
 
 std::vector<int> DeviceRoot::CollectSignals(size_t daemon) const {

@@ -92,6 +92,7 @@ class DeviceRoot {
   std::string root_;
   std::string emulator_;
   bool procMounted_ = false;
+  bool rootMounted_ = false;  // a tmpfs of its own
   struct StandIn {
     int pid = -1;
     int readFd = -1;

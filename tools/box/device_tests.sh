@@ -1,11 +1,11 @@
 #!/bin/sh
 # Inside the box: the armhf device tests, natively on the ARM kernel, in as
 # many shards as the board has processors (each shard its own device root),
-# those that time a request alone.
-#   device_tests.sh BUILD_DIR [--jffs2] [GTEST_FILTER]
-# --jffs2: the device roots' /opt/kfp on JFFS2 on the kernel's simulated
-# NAND, a file system without unnamed files, so saves take named
-# temporaries; one shard, since the roots share the one flash.
+# those that time a request alone; then, with --jffs2, the tests FILTER
+# names again with the device roots' /opt/kfp on JFFS2 on the kernel's
+# simulated NAND, a file system without unnamed files, so saves take named
+# temporaries (one shard, since the roots share the one flash).
+#   device_tests.sh BUILD_DIR [GTEST_FILTER] [--jffs2 FILTER]
 set -u
 build=$1
 shift
@@ -14,13 +14,9 @@ export ZRCAMCTL_EMULATOR=  # natively: no qemu-arm-static
 # line of each number of changed bytes: the host, and the host's harness
 # with the armhf executable under qemu-arm-static, replay them all.
 export ZRCAMCTL_GOLDEN_SAMPLE=1
-shards=$(nproc)
-if [ "${1:-}" = --jffs2 ]; then
-  shift
-  shards=1
-  export ZRCAMCTL_ROOT_SCRIPT=$(cd "$(dirname "$0")" && pwd)/jffs2_root.sh
-fi
-filter=${1:-*}
+filter='*' jffs2=""
+[ $# -eq 0 ] || [ "$1" = --jffs2 ] || { filter=$1; shift; }
+[ "${1:-}" != --jffs2 ] || jffs2=$2
 cd "$build/tests"
 status=0 run=0
 run_shards() {  # count, filter: the shards side by side, then their summaries
@@ -42,11 +38,18 @@ run_shards() {  # count, filter: the shards side by side, then their summaries
 # The tests that time a request (an answer within a second, a lock's wait,
 # a form's parsing against another's) run alone, after the shards.
 timed='HostileInput.*:Reliability.*'
+shards=$(nproc)
 if [ "$filter" = '*' ]; then
   run_shards "$shards" "*-$timed"
   run_shards 1 "$timed"
 else
   run_shards "$shards" "$filter"
+fi
+if [ -n "$jffs2" ]; then
+  echo "device tests with /opt/kfp on JFFS2: $jffs2"
+  ZRCAMCTL_ROOT_SCRIPT=$(cd "$(dirname "$0")" && pwd)/jffs2_root.sh
+  export ZRCAMCTL_ROOT_SCRIPT
+  run_shards 1 "$jffs2"
 fi
 # The transcript cases replayed: those of every file whose replay passed
 # (each replay says how many it replayed of its file).
