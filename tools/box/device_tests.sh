@@ -7,6 +7,7 @@
 # temporaries (one shard, since the roots share the one flash).
 #   device_tests.sh BUILD_DIR [GTEST_FILTER] [--jffs2 FILTER]
 set -u
+here=$(cd "$(dirname "$0")" && pwd)
 build=$1
 shift
 export ZRCAMCTL_EMULATOR=  # natively: no qemu-arm-static
@@ -47,7 +48,7 @@ else
 fi
 if [ -n "$jffs2" ]; then
   echo "device tests with /opt/kfp on JFFS2: $jffs2"
-  ZRCAMCTL_ROOT_SCRIPT=$(cd "$(dirname "$0")" && pwd)/jffs2_root.sh
+  ZRCAMCTL_ROOT_SCRIPT=$here/jffs2_root.sh
   export ZRCAMCTL_ROOT_SCRIPT
   run_shards 1 "$jffs2"
 fi
