@@ -10,7 +10,7 @@ constexpr Field kFields[] = {
     U16("CamSaturation", 2),
     U16("CamBrightness", 4),
     U16("CamContrast", 6),
-    U16("CameraDefault", 8),  // stored like the others; the daemon acts on it
+    U16("CameraDefault", 8, kAction),  // the daemon restores its defaults on it
 };
 
 constexpr Block kLayout[] = {Fields(kFields)};

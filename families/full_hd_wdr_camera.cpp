@@ -55,7 +55,7 @@ constexpr Field kExposureToStabilizer[] = {
     U8("OutdoorRedGain", 59),
     U8("CustomBlueGain", 60),
     U8("CustomRedGain", 61),
-    U8("AwcSet", 62),
+    U8("AwcSet", 62, kAction),
     U8("StaticDpcMode", 63),
     U8("StaticDpcScan", 64),
     U8("StaticDpcAgc", 65),

@@ -91,7 +91,7 @@ constexpr IndexedField kTourSteps[] = {
 
 constexpr Field kTail[] = {
     U8("CamCtlPage", 51),
-    U8("TourAllClear", 603),
+    U8("TourAllClear", 603, kAction),
     U8("AlarmFuncType", 732),
     U8("AlarmFuncId", 733),
 };

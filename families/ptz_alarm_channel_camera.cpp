@@ -80,7 +80,7 @@ constexpr Field kPresetSlot = U8("PresetSetMode", 94);
 // A trace byte of 0 is a pending trace command.
 constexpr Field kTraceAndGroupView[] = {
     U8("TraceStart", 96, IdBelow(1)),
-    U8("TraceEndSet", 97),
+    U8("TraceEndSet", 97, kAction),
     U8("TraceSetMode", 98),
     U8("TraceRun", 99, IdBelow(1)),
     U8("TraceStop", 100, IdBelow(1)),

@@ -150,7 +150,7 @@ using AlarmInputs = PtzAlarmInputBlock<744>;
 // The alarm-off setting exists once, as index 0.
 using AlarmOff = PtzAlarmOffBlock<776, 1>;
 // 780..784: not set here
-constexpr Field kAlarmClear = U8("AlmClear", 785);
+constexpr Field kAlarmClear = U8("AlmClear", 785, kAction);
 // 786..787: not set here
 
 // The blocks each set id opens.

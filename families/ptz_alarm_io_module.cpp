@@ -43,9 +43,9 @@ constexpr Field kFields[] = {
     U8("ColorHue", 35),
     U8("DigitalZoom", 36),
     U8("OsdEnable", 37),
-    U8("CamReset", 38),
+    U8("CamReset", 38, kAction),
     // 39: not set here
-    U8("CameraDefault", 40),
+    U8("CameraDefault", 40, kAction),
     // 41..56: not set here
     U8("ScanViewId", 57, kCommand),
     U8("ScanStartId", 58, kCommand),
@@ -100,7 +100,7 @@ constexpr Field kOutputsCalibrationPowerOn[] = {
     U8("CalibrationMode", 233),
     U8("CalibrationHour", 234),
     U8("CalibrationMin", 235),
-    U8("CalibrationNow", 236),
+    U8("CalibrationNow", 236, kAction),
     U8("PowerOnWorkMode", 237),
     U8("PowerOnWorkFuncId", 238),
     // 239..430: not set here

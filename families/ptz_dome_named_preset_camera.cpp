@@ -17,7 +17,7 @@ constexpr Field kPresetRunId = U16("PresetRunId", 4608, kCommand);
 constexpr Field kPresetSetId = U16("PresetSetId", 4610);
 constexpr Field kPresetMode = U8("PresetMode", 4612);
 // 4613: not set here
-constexpr Field kPresetAllClear = U16("PresetAllClear", 4614);
+constexpr Field kPresetAllClear = U16("PresetAllClear", 4614, kAction);
 // 4616..5135: not set here
 
 constexpr Field kTourKeys[] = {
@@ -32,7 +32,7 @@ constexpr IndexedField kTourSteps[] = {
     Indexed("TourSpeed%d", 0, 16, 5171, 1, FieldType::U8),
     Indexed("TourDwell%d", 0, 16, 5187, 1, FieldType::U8),
 };
-constexpr Field kTourAllClear = U8("TourAllClear", 5203);
+constexpr Field kTourAllClear = U8("TourAllClear", 5203, kAction);
 // 5204..5275: not set here
 
 constexpr Field kGroupKeys[] = {
@@ -43,18 +43,18 @@ constexpr Field kGroupKeys[] = {
 constexpr IndexedField kGroupTours = Indexed("GroupTourId%d", 0, 8, 5279, 1, FieldType::U8);
 
 constexpr Field kSwingAndPositionKeys[] = {
-    U8("GroupAllClear", 5287),
+    U8("GroupAllClear", 5287, kAction),
     // 5288..5335: not set here
     U8("SwingRunId", 5336, kCommand),
     U8("SwingSetId", 5337),
     U8("SwingMode", 5338),
-    U8("SwingStart", 5339),
+    U8("SwingStart", 5339, kAction),
     U8("SwingEnd", 5340),
     U8("SwingSpeed", 5341),
     U8("SwingDwell", 5342),
     U8("SwingDirection", 5343),
     // 5344: not set here
-    U8("SwingAllClear", 5345),
+    U8("SwingAllClear", 5345, kAction),
     U8("HomePosRunId", 5346, kCommand),
     U8("HomePosSetId", 5347, kCommand),
     U8("HomePosClearId", 5348, kCommand),

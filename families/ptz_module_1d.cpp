@@ -9,7 +9,7 @@ namespace {
 
 constexpr Field kImageFields[] = {
     // 0..3: not set here
-    U8("CamModReboot", 4),
+    U8("CamModReboot", 4, kAction),
     U8("ImgSetHMirror", 5),
     U8("ImgSetFlip", 6),
     U8("AfSense", 7),

@@ -71,16 +71,16 @@ using Presets = PtzPresetBlock<98, kCommand>;
 
 using Groups = PtzGroupBlock<492, kCommand>;
 constexpr Field kGroupCommands[] = {
-    U8("GrpClearId", 559), U8("GrpRunId", 560, kCommand), U8("GrpStopId", 561, kCommand),
+    U8("GrpClearId", 559, kAction), U8("GrpRunId", 560, kCommand), U8("GrpStopId", 561, kCommand),
     // 562..565: not set here
 };
 
 using Patterns = PtzPatternBlock<566, kCommand>;
 
 constexpr Field kHomeAndAutoRun[] = {
-    U8("SetHomePosition", 573),
-    U8("GoToHomePosition", 574),
-    U8("ClearHomePosition", 575),
+    U8("SetHomePosition", 573, kAction),
+    U8("GoToHomePosition", 574, kAction),
+    U8("ClearHomePosition", 575, kAction),
     U8("AutoRunMode", 576),
     U8("AutoRunExecTime", 577),
     U8("AutoRunTimeUnit", 578),
@@ -105,7 +105,7 @@ using AlarmInputs = PtzAlarmInputBlock<642>;
 // Two alarm output settings of 4 bytes.
 using AlarmOutputs = PtzAlarmOffBlock<674, 2>;
 // 682: not set here
-constexpr Field kAlarmClear = U8("AlmClear", 683);
+constexpr Field kAlarmClear = U8("AlmClear", 683, kAction);
 
 constexpr Field kAuxiliaryDevices[] = {
     U8("WiperMode", 684),

@@ -59,7 +59,7 @@ constexpr Field kPositionAndAlarmFields[] = {
     U8("AlarmSetEnable", 27),
     U8("RelaySetEnable", 28),
     U8("RelaySet", 29),
-    U8("AlarmClearId", 30),
+    U8("AlarmClearId", 30, kAction),
     // 31..543: not set here
 };
 
@@ -96,7 +96,7 @@ constexpr Field kPresetRunSetId = U8("PresetRunSetId", 25957);
 constexpr Field kPresetRunFields[] = {
     U8("PresetTempEmissivityMode", 25952),
     U8("PresetTempEmissivity", 25953),
-    U16("PresetAllClear", 25954),
+    U16("PresetAllClear", 25954, kAction),
     U8("PresetRunId", 25956, kCommand),
     kPresetRunSetId,
 };
@@ -118,7 +118,9 @@ constexpr Field kScanSetFields[] = {
     U8("ScanSetDwellTime", 26772),
 };
 constexpr Field kScanRunFields[] = {
-    U8("ScanSetRunMode", 26773), U8("ScanRunId", 26774, kCommand), U8("ScanAllClear", 26775),
+    U8("ScanSetRunMode", 26773),
+    U8("ScanRunId", 26774, kCommand),
+    U8("ScanAllClear", 26775, kAction),
     // 26776..26791: not set here
 };
 
@@ -129,7 +131,7 @@ constexpr Field kPatternFields[] = {
     U8("PatternSetEnble", 26795),
     U8("PatternSetRunMode", 26796),
     U8("PatternRunId", 26797, kCommand),
-    U8("PatternAllClear", 26798),
+    U8("PatternAllClear", 26798, kAction),
     // 26799..26807: not set here
 };
 
@@ -148,7 +150,7 @@ constexpr IndexedField kTourSteps[] = {
     Indexed("TourSetDwell%d", 0, 16, 27500, 1, FieldType::U8),
 };
 constexpr Field kTourRunFields[] = {
-    U8("TourRunId", 27516, kCommand), U8("TourAllClear", 27517),
+    U8("TourRunId", 27516, kCommand), U8("TourAllClear", 27517, kAction),
     // 27518..27525: not set here
 };
 
@@ -169,7 +171,7 @@ constexpr IndexedField kGroupSteps[] = {
 };
 constexpr Field kGroupRunFields[] = {
     U8("GroupRunId", 28648, kCommand),
-    U8("GroupAllClear", 28649),
+    U8("GroupAllClear", 28649, kAction),
 };
 
 // Any pending one-shot command or start/end id (idle at 255) answers 204.

@@ -75,7 +75,7 @@ constexpr Field kFields[] = {
     U8("AutoZoomIn", 72),
     U8("AutoZoomOut", 73),
     U8("AutoZoomDwell", 74),
-    U8("FactoryReset", 75),
+    U8("FactoryReset", 75, kAction),
     U8("OrvoDualDo", 76),
     U8("BrightNight", 77),
     U8("ColorGainNight", 78),

@@ -34,6 +34,7 @@ enum class ValueRule : uint8_t {
   Reversed,    // the row's constant minus the posted value
   Unsigned,    // converted as an unsigned decimal (no sign, no base prefix)
   AtLeastOne,  // 0 or negative becomes 1
+  Action,      // as converted; the camera acts on what is stored (clear every preset, ...)
 };
 
 // A one-shot command byte at rest; a wider command is at rest when each of
@@ -60,6 +61,7 @@ inline constexpr Trait kUnsigned = {ValueRule::Unsigned, Pending::Never, 0};
 inline constexpr Trait kAtLeastOne = {ValueRule::AtLeastOne, Pending::Never, 0};
 inline constexpr Trait kCommand = {ValueRule::Stored, Pending::UntilIdle, 0};
 inline constexpr Trait kRequestFlag = {ValueRule::Stored, Pending::UntilZero, 0};
+inline constexpr Trait kAction = {ValueRule::Action, Pending::Never, 0};
 constexpr Trait Reversed(uint32_t constant) {
   return {ValueRule::Reversed, Pending::Never, static_cast<uint8_t>(constant)};
 }

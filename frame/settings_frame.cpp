@@ -50,7 +50,8 @@ namespace {
 void StoreField(const RecordView& record, const Field& field, int32_t value) {
   switch (field.Rule()) {
     case ValueRule::Stored:
-    case ValueRule::Unsigned: break;
+    case ValueRule::Unsigned:
+    case ValueRule::Action: break;
     case ValueRule::LowByte: value &= 0xFF; break;
     case ValueRule::AtLeastOne: value = value <= 0 ? 1 : value; break;
     case ValueRule::Reversed:

@@ -3,7 +3,7 @@
 #include <string.h>
 
 #include "inspect/family_notes.h"
-#include "inspect/record_keys.h"
+#include "frame/record_keys.h"
 #include "modules/module_table.h"
 
 namespace {
@@ -44,6 +44,7 @@ void RuleText(const RecordKey& key, char* out, size_t size) {
     case ValueRule::Reversed: add("stored as %u minus the value", arg); break;
     case ValueRule::Unsigned: add("an unsigned decimal"); break;
     case ValueRule::AtLeastOne: add("0 or below stored as 1"); break;
+    case ValueRule::Action: add("action: the camera acts on the value stored"); break;
     case ValueRule::Stored: break;
   }
   switch (f.PendingWhile()) {
@@ -80,16 +81,6 @@ void RuleText(const RecordKey& key, char* out, size_t size) {
   }
 }
 
-// An array's key format with "<n>" for its index.
-void KeyPattern(const char* format, char* out, size_t size) {
-  const char* mark = strstr(format, "%d");
-  if (!mark) {
-    snprintf(out, size, "%s", format);
-    return;
-  }
-  snprintf(out, size, "%.*s<n>%s", static_cast<int>(mark - format), format, mark + 2);
-}
-
 // The keys of a layout, block by block in merge order, its own rules among
 // them, and the side files it edits (listed after it).
 struct SideEntry {
@@ -98,11 +89,15 @@ struct SideEntry {
 };
 constexpr int kMaxSideFiles = 4;
 
-void WriteKeys(FILE* out, const FamilyNotes* notes, const Layout& layout, const Block* gate,
-    SideEntry* sideFiles, int& sideCount) {
+const char* const kRoleNames[] = {"setting", "command", "edit"};
+
+// record: the family's record layout (layout itself, or the layout of a
+// side file of it).
+void WriteKeys(FILE* out, const FamilyNotes* notes, const Layout& layout, const Layout& record,
+    const Block* gate, SideEntry* sideFiles, int& sideCount) {
   static RecordKey keys[kMaxRecordKeys];
   const int count = ListRecordKeys(layout, keys, kMaxRecordKeys, false, gate);
-  fputs("\n| offset | key | width | gate | rule |\n|---:|---|---|---|---|\n", out);
+  fputs("\n| offset | key | width | gate | rule | read back |\n|---:|---|---|---|---|---|\n", out);
   int own = 0;
   ForEachBlock(layout.blocks, layout.count, [&](const Block& block, const Block* holder) {
     if (block.op == Op::SideFile && sideCount < kMaxSideFiles)
@@ -117,7 +112,7 @@ void WriteKeys(FILE* out, const FamilyNotes* notes, const Layout& layout, const 
         snprintf(on, sizeof on, " on `%s`", row->key);
       }
       fprintf(out,
-          "| %s | *own rule*%s | %s | | the family's own rule%s%s |\n",
+          "| %s | *own rule*%s | %s | | the family's own rule%s%s | |\n",
           offset,
           on,
           type,
@@ -187,7 +182,14 @@ void WriteKeys(FILE* out, const FamilyNotes* notes, const Layout& layout, const 
         PostedKey(key, posted, sizeof posted);
         snprintf(name, sizeof name, "`%s`", posted);
       }
-      fprintf(out, "| %s | %s | %s | %s | %s |\n", offset, name, type, gateText, rule);
+      fprintf(out,
+          "| %s | %s | %s | %s | %s | %s |\n",
+          offset,
+          name,
+          type,
+          gateText,
+          rule,
+          kRoleNames[static_cast<int>(RoleOf(key, layout, record))]);
     }
   });
 }
@@ -219,7 +221,7 @@ void WriteFamily(FILE* out, const SettingsFamily& family) {
   if (ownKeys[0]) fprintf(out, "- Keys of its own rules: `%s`\n", ownKeys);
   SideEntry sideFiles[kMaxSideFiles] = {};
   int sideCount = 0;
-  WriteKeys(out, notes, family.layout, nullptr, sideFiles, sideCount);
+  WriteKeys(out, notes, family.layout, family.layout, nullptr, sideFiles, sideCount);
   for (int f = 0; f < sideCount; ++f) {
     const SideFile& file = *sideFiles[f].file;
     const Block* gate = sideFiles[f].gate;
@@ -234,7 +236,7 @@ void WriteFamily(FILE* out, const SettingsFamily& family) {
     fprintf(out, "- Read: %s\n", ReadPolicyText(file.readPolicy));
     fprintf(out, "- Failed write: %d; the record is not written\n", file.writeFailure.result);
     int none = 0;
-    WriteKeys(out, notes, file.layout, gate, sideFiles, none);
+    WriteKeys(out, notes, file.layout, family.layout, gate, sideFiles, none);
   }
 }
 
@@ -257,7 +259,16 @@ bool WriteKeyReference(FILE* out) {
       "key goes to\n"
       "the slot its id row selects. Rows marked *own rule* are the family's own code. A side "
       "file's\n"
-      "keys follow the record's.\n",
+      "keys follow the record's.\n"
+      "Read back (`zrcamctlget.cgi`): a *setting* is restored by posting its value and makes the "
+      "camera do\n"
+      "nothing but take it (the form the program answers carries the settings); a *command* asks "
+      "the camera\n"
+      "to act or marks something pending (a command, an object id, a request flag, an action, the "
+      "key-value\n"
+      "lock, a set id); an *edit* is reached only through a gate or a slot, kept by the family's "
+      "own rule\n"
+      "or merged only by a plain save.\n",
       out);
   for (const ModuleRow& row : ModuleTable)
     if (row.family && !FindFamilyNotes(row.family)) return false;
