@@ -15,7 +15,7 @@
 #include <unistd.h>
 
 #include "inspect/key_reference.h"
-#include "inspect/record_keys.h"
+#include "frame/record_keys.h"
 #include "modules/module_table.h"
 
 namespace {

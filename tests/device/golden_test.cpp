@@ -23,7 +23,7 @@
 #include "tests/cases.h"
 #include "tests/device/device_root.h"
 #include "inspect/family_notes.h"
-#include "inspect/record_keys.h"
+#include "frame/record_keys.h"
 #include "modules/module_table.h"
 
 namespace device_test {

@@ -7,7 +7,7 @@
 #include <string.h>
 
 #include "inspect/family_notes.h"
-#include "inspect/record_keys.h"
+#include "frame/record_keys.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 1) return 0;

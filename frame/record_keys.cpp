@@ -1,18 +1,24 @@
-#include "inspect/record_keys.h"
+#include "frame/record_keys.h"
 
 #include <stdio.h>
 #include <string.h>
 
-int ListRecordKeys(
-    const Layout& layout, RecordKey* keys, int capacity, bool byOffset, const Block* outer) {
-  int count = 0;
+void VisitBlocks(
+    const Layout& layout, FunctionRef<void(const Block&, const Block*)> visit, const Block* outer) {
+  ForEachBlock(layout.blocks, layout.count, visit, outer);
+}
+
+namespace {
+
+void VisitKeys(const Block* blocks, size_t count, FunctionRef<void(const RecordKey&)> visit,
+    const Block* outer) {
   ForEachBlock(
-      layout.blocks,
-      layout.count,
+      blocks,
+      count,
       [&](const Block& block, const Block* holder) {
         const bool plainSave = holder && holder->op == Op::PlainSave;
         const Block* gate = holder && holder->op == Op::Gate ? holder : outer;
-        int visit = 0;  // arrays are visited one after the other, element by element
+        int visited = 0, array = 0, element = 0;  // a step block's array and element
         ForEachRow(block, [&](const Field& row, const char* prefix, const char* suffix) {
           RecordKey key = {row,
               prefix,
@@ -24,25 +30,43 @@ int ListRecordKeys(
               plainSave,
               &block};
           if (block.op == Op::Steps) {
-            const IndexedField& array = block.steps.arrays[visit / block.steps.arrays[0].count];
-            const int i = visit % block.steps.arrays[0].count;
-            key.name = array.keyFormat;
-            key.index = static_cast<uint16_t>(array.first + i);
+            const IndexedField& steps = block.steps.arrays[array];
+            key.name = steps.keyFormat;
+            key.index = static_cast<uint16_t>(steps.first + element);
             key.kind = KeyKind::Element;
+            if (++element == steps.count) element = 0, ++array;
           } else if (block.op == Op::Slot) {
             const SlotTable& table = *block.slot.table;
             key.name = table.key;
-            key.index = static_cast<uint16_t>(table.first + visit);
+            key.index = static_cast<uint16_t>(table.first + visited);
             key.kind = KeyKind::Slot;
             key.group = block.slot.id;
             key.limit = table.idLimit;
           } else if (block.op == Op::Product) {
             key.kind = KeyKind::Product;
           }
-          ++visit;
-          if (count < capacity) keys[count] = key;
-          ++count;
+          ++visited;
+          visit(key);
         });
+      },
+      outer);
+}
+
+}  // namespace
+
+void ForEachRecordKey(
+    const Layout& layout, FunctionRef<void(const RecordKey&)> visit, const Block* outer) {
+  VisitKeys(layout.blocks, layout.count, visit, outer);
+}
+
+int ListRecordKeys(
+    const Layout& layout, RecordKey* keys, int capacity, bool byOffset, const Block* outer) {
+  int count = 0;
+  ForEachRecordKey(
+      layout,
+      [&](const RecordKey& key) {
+        if (count < capacity) keys[count] = key;
+        ++count;
       },
       outer);
   if (count > capacity) return -1;
@@ -55,6 +79,15 @@ int ListRecordKeys(
     keys[j] = key;
   }
   return count;
+}
+
+void KeyPattern(const char* format, char* out, size_t size) {
+  const char* mark = strstr(format, "%d");
+  if (!mark) {
+    snprintf(out, size, "%s", format);
+    return;
+  }
+  snprintf(out, size, "%.*s<n>%s", static_cast<int>(mark - format), format, mark + 2);
 }
 
 void PostedKey(const RecordKey& key, char* out, size_t size) {
@@ -125,12 +158,64 @@ void ShowValue(const KeyValue& value, bool json, char* out, size_t size) {
   for (size_t i = 0; i < value.length; ++i) {
     const unsigned c = value.text[i];
     char escaped[8] = {static_cast<char>(c), '\0'};
-    if (c == '"' || c == '\\') snprintf(escaped, sizeof escaped, "\\%c", static_cast<char>(c));
-    else if (c == '\n') snprintf(escaped, sizeof escaped, "\\n");
+    char letter = 0;  // the short escapes: JSON's, or \n alone
+    switch (c) {
+      case '"':
+      case '\\': letter = static_cast<char>(c); break;
+      case '\n': letter = 'n'; break;
+      case '\b': letter = json ? 'b' : 0; break;
+      case '\f': letter = json ? 'f' : 0; break;
+      case '\r': letter = json ? 'r' : 0; break;
+      case '\t': letter = json ? 't' : 0; break;
+      default: break;
+    }
+    if (letter) snprintf(escaped, sizeof escaped, "\\%c", letter);
     else if (c < 0x20 || c > 0x7e)
       snprintf(escaped, sizeof escaped, json ? "\\u%04x" : "\\x%02x", c);
     put(escaped);
   }
   put("\"");
   out[at < size ? at : size - 1] = '\0';
+}
+
+namespace {
+
+bool Overlap(const Field& a, const Field& b) {
+  return a.offset < b.offset + b.Width() && b.offset < a.offset + a.Width();
+}
+
+// True when the row (the same row, not only the same offset) is the id row
+// of a slot table of the layout or of one of its side files.
+bool IsSlotIdRow(const Layout& layout, const char* key, uint16_t offset) {
+  bool found = false;
+  VisitBlocks(layout, [&](const Block& block, const Block*) {
+    if (block.op == Op::Slot)
+      found = found || (block.slot.id->key == key && block.slot.id->offset == offset);
+    if (block.op == Op::SideFile)
+      found = found || IsSlotIdRow(block.side.file->layout, key, offset);
+  });
+  return found;
+}
+
+}  // namespace
+
+KeyRole RoleOf(const RecordKey& key, const Layout& layout, const Layout& record) {
+  const Field& field = key.field;
+  if (field.PendingWhile() != Pending::Never || field.Rule() == ValueRule::Action)
+    return KeyRole::Command;
+  const Op op = key.block->op;
+  if (op == Op::Gate || op == Op::OneShot || op == Op::KeyValueLock) return KeyRole::Command;
+  if (&layout == &record && key.kind == KeyKind::Row && IsSlotIdRow(record, key.name, field.offset))
+    return KeyRole::Command;
+  if (key.kind == KeyKind::Slot || key.group || key.plainSave) return KeyRole::Edit;
+  bool kept = false;
+  VisitBlocks(layout, [&](const Block& block, const Block*) {
+    if (block.op == Op::Own && block.own.changes)
+      VisitKeys(
+          block.own.changes,
+          1,
+          [&](const RecordKey& changed) { kept = kept || Overlap(changed.field, field); },
+          nullptr);
+  });
+  return kept ? KeyRole::Edit : KeyRole::Setting;
 }
