@@ -9,6 +9,7 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include "app/get_program.h"
 #include "app/set_program.h"
 #include "cgi/cgi_request.h"
 #include "cgi/cgi_response.h"
@@ -103,6 +104,7 @@ const CgiProgram CgiProgramTable[] = {
     {"zrcamctlapply.cgi", ZrCamCtlApply, &kZrCamCtlD, device::kSignalSettingsChanged},
     {"zrcamctldefault.cgi", ZrCamCtlDefault, &kZrCamCtlD, device::kSignalDefault},
     {"zrfisheyeset.cgi", ZrFisheyeSet, &kVmfd, device::kSignalDefault},
+    {"zrcamctlget.cgi", ZrCamCtlGet, nullptr, 0},
     {nullptr, nullptr, nullptr, 0},
 };
 
@@ -130,7 +132,8 @@ int DispatchCgiProgram(Request& request, int argc, char** argv) {
     WriteErrorPage(request, name);
     return 0;
   }
-  SignalDaemon(*program->daemon, program->signal);
+  if (program->daemon) SignalDaemon(*program->daemon, program->signal);
+  if (result == kProgramAnswered) return 0;
   if (result == 0) {
     WriteBareAnswer(request);
     return 0;

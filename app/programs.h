@@ -4,9 +4,10 @@
 struct Request;
 
 // A program function fills the request's error buffer only when it returns
-// a negative result. Positive: return page; 0: bare 204 answer; negative:
-// error page.
+// a negative result. 1: return page; 0: bare 204 answer; negative: error
+// page; kProgramAnswered: the program wrote its answer itself.
 using CgiProgramFunction = int (*)(Request& request);
+inline constexpr int kProgramAnswered = 2;
 
 // A daemon woken by a signal once its program has stored the request.
 struct Daemon {
@@ -20,7 +21,7 @@ extern const Daemon kVmfd;
 struct CgiProgram {
   const char* name;
   CgiProgramFunction function;
-  const Daemon* daemon;  // signalled after a result of 0 or more
+  const Daemon* daemon;  // signalled after a result of 0 or more; null: none
   int signal;
 };
 

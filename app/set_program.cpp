@@ -19,30 +19,36 @@ constexpr unsigned kNoHandlerMarker = 0x00020001;
 
 }  // namespace
 
-int ZrCamCtlSet(Request& request) {
-  char path[kRecordPathBufferSize] = {};
-
-  int32_t id = -1;
-  for (int attempt = 0; attempt < kGetExtCamIdAttempts && id < 0; ++attempt) {
+AttachedModule FindAttachedModule(Request& request) {
+  AttachedModule module = {-1, nullptr, {}};
+  for (int attempt = 0; attempt < kGetExtCamIdAttempts && module.id < 0; ++attempt) {
     const int length = PnCodeUtilRead(request.productCode);
-    id = GetExtCamId(request.productCode, length);
+    module.id = GetExtCamId(request.productCode, length);
   }
+  module.row = FindModuleRow(static_cast<uint32_t>(module.id));
+  // The code was long enough for its module code, so the path is made; a
+  // failure would be reported by it and leave the path empty.
+  if (module.row && module.row->family &&
+      MakeCamCtlConfPath(module.path, kRecordPathBufferSize, request.productCode) != 0)
+    module.path[0] = '\0';
+  return module;
+}
 
-  const ModuleRow* row = FindModuleRow(static_cast<uint32_t>(id));
+int ZrCamCtlSet(Request& request) {
+  const AttachedModule module = FindAttachedModule(request);
+  const ModuleRow* row = module.row;
   if (!row || !row->family) {
     fprintf(stderr,
         "[zrcamctlset.cgi] not exist function for control zrcamctld[ExtCamId:0x%08x,Index=%d "
         "pFunc=0x%08x]\n",
-        static_cast<unsigned>(id),
+        static_cast<unsigned>(module.id),
         row ? static_cast<int>(row - ModuleTable) : -1,
         row ? 0u : kNoHandlerMarker);
     return 0;
   }
-  // The code was long enough for its module code, so the path is made; a
-  // failure would be reported by it and answered as a module without one.
-  if (MakeCamCtlConfPath(path, kRecordPathBufferSize, request.productCode) != 0) return 0;
+  if (module.path[0] == '\0') return 0;  // answered as a module without a family
   const int lock = TakeSettingsLock(device::kSettingsLockFile);
-  const FrameResult frame = RunSettingsFrame(request.form, *row->family, path);
+  const FrameResult frame = RunSettingsFrame(request.form, *row->family, module.path);
   ReleaseSettingsLock(lock);
   if (frame.result < 0)
     snprintf(request.errorBuffer, sizeof request.errorBuffer, "%s", frame.message);

@@ -1,7 +1,7 @@
 #!/bin/sh
 # Lays out a throwaway directory like the device's root file system:
 #   make_device_root.sh [OPTIONS] ROOT EXECUTABLE [EMULATOR SYSROOT]
-# The executable is installed as the four CGI programs (one file, three
+# The executable is installed as the five CGI programs (one file, four
 # links). Without an emulator the host's run-time libraries of the
 # executable are copied in; with one, the emulator and the target's
 # dynamic loader and C library are.
@@ -44,7 +44,7 @@ SH
 chmod 755 usr/sbin/savecfg
 
 put "$exe" "$programs/zrcamctlset.cgi"
-for name in zrcamctlapply.cgi zrcamctldefault.cgi zrfisheyeset.cgi; do
+for name in zrcamctlapply.cgi zrcamctldefault.cgi zrfisheyeset.cgi zrcamctlget.cgi; do
   ln -sf zrcamctlset.cgi "$programs/$name"
 done
 
