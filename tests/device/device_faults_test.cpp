@@ -1,26 +1,12 @@
-// File systems that refuse writes: each save has a definite answer and no
-// file is damaged. (Forms too large for transcripts are the request's unit
-// cases; a pid file naming no process is a transcript.)
+// A fisheye file that cannot be replaced: a definite answer, the file kept.
+// (Records that cannot be written are the settings families' test; forms
+// too large for transcripts are the request's unit cases.)
 #include <gtest/gtest.h>
 
 #include "tests/device/device_root.h"
 
 namespace device_test {
 namespace {
-
-TEST(DeviceFaults, ReadOnlyFileSystem) {
-  DeviceRoot& root = DeviceRoot::Get();
-  root.Reset();
-  Bytes record = Pattern(108);
-  record[50] = record[66] = 0;  // the zoom module's one-shots idle
-  root.WriteRecord("0J", record);
-  root.BindReadOnly("/opt/kfp/etc/ZrConf");
-  const Answer a = root.Post("zrcamctlset.cgi", "AwbMode=1");
-  root.Unmount("/opt/kfp/etc/ZrConf");
-  EXPECT_EQ(a.out, ErrorPage("ZrCamCtlWriteConfToFile is failed\\n"));
-  EXPECT_EQ(*root.ReadRecord("0J"), record);
-  EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), 1u);
-}
 
 TEST(DeviceFaults, ReadOnlyFisheyeFile) {
   DeviceRoot& root = DeviceRoot::Get();

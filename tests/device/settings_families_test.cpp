@@ -78,6 +78,7 @@ TEST(SettingsFamilies, WriteFailuresAndReadOnlyRecords) {
     EXPECT_EQ(a.out, ErrorPage("ZrCamCtlWriteConfToFile is failed\\n")) << code;
     EXPECT_EQ(a.zrcamctldSignals, std::vector<int>{}) << code;
     EXPECT_EQ(root.ReadRecord(code), Pattern(recordSize)) << code;
+    EXPECT_EQ(root.List("/opt/kfp/etc/ZrConf").size(), 1u) << code;  // no temporary left
   }
 }
 
