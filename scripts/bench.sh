@@ -52,6 +52,11 @@ set -- $("$work/alternate" "$root" "$body" "$runs" /web/cgi-bin/zrcamctlset.cgi 
 cgi_us=$1 floor_us=$2 ratio=$3 rss_kib=$4
 set -- $("$work/alternate" "$root" "$body" "$runs" /web/cgi-bin/zrcamctlset.cgi /floor-shared)
 shared_us=$2 shared_ratio=$3
+# The get program answering the same module's record as JSON (a POST
+# without a body: the same work as the page's GET).
+: > "$work/empty"
+set -- $("$work/alternate" "$root" "$work/empty" "$runs" /web/cgi-bin/zrcamctlget.cgi /floor)
+get_us=$1 get_floor_us=$2 get_ratio=$3 get_rss_kib=$4
 # Hostile forms at the 1 MiB cap: empty entries, and as many distinct names as fit.
 awk 'BEGIN { for (i = 0; i < 524288; i++) printf "=&" }' > "$work/empty-entries"
 awk 'BEGIN { for (i = 0; n < 1048576; i++) { s = sprintf("%x=&", i); n += length(s); printf "%s", s } }' |
@@ -85,6 +90,9 @@ printf 'PresetSetId=1&PresetSetLabel=gate' > "$work/body1c"
 head -c 1968 /dev/zero > "$root/opt/kfp/etc/ZrConf/ZrCamCtlConf1C.bin"
 head -c 262760 /dev/zero > "$root/opt/kfp/etc/ZrConf/PtzConf.bin"
 ir_1c=$(instructions /web/cgi-bin/zrcamctlset.cgi 1C "$work/body1c")
+ir_get_0j=$(instructions /web/cgi-bin/zrcamctlget.cgi 0J "$work/empty")
+ir_get_3t=$(instructions /web/cgi-bin/zrcamctlget.cgi 3T "$work/empty")
+ir_get_1c=$(instructions /web/cgi-bin/zrcamctlget.cgi 1C "$work/empty")
 
 scratch=/dev/shm
 [ -d "$scratch" ] || scratch=$work
@@ -149,6 +157,10 @@ executable chrooted in a throwaway device root, as the web server would run it.
 | for comparison: the floor program linked with the shared libc, instructions | ${ir_shared} | | |
 | instructions, 3T module (28682-byte record) | ${ir_3t:-n/a} | | |
 | instructions, 1C module (1968-byte record and 262760-byte preset file) | ${ir_1c:-n/a} | | |
+| wall time of a "zrcamctlget.cgi" answer, module 0J (median of $runs) | ${get_us} µs | | |
+| median ratio get answer / floor ($runs alternating pairs) | ${get_ratio} | | |
+| instructions of a get answer: 0J, 3T, 1C (with the preset file) | ${ir_get_0j}, ${ir_get_3t}, ${ir_get_1c} | | |
+| peak resident memory of a get answer, 0J | ${get_rss_kib} KiB | under 2 MiB | $(verdict "$(lt "$get_rss_kib" 2048)") |
 | read and merge a 1 KiB form ($growth_handler) | ${g1} µs | | |
 | read and merge a 64 KiB form | ${g64} µs | | |
 | read and merge a 1 MiB form of ${g1m_entries} entries | ${g1m_ms} ms | under 20 ms | $(verdict "$(lt "$g1m" 20000)") |

@@ -86,7 +86,7 @@ if [ $box = 1 ]; then  # what goes in over the box's root; the programs are its 
   mkdir -p "$root/opt/sim/bin" "$root/web/cgi-bin"
   if [ $raw = 0 ]; then
     cp "$exe" "$root/opt/sim/bin/zrcamctlset.cgi"
-    for name in zrcamctlapply.cgi zrcamctldefault.cgi zrfisheyeset.cgi; do ln -s zrcamctlset.cgi "$root/opt/sim/bin/$name"; done
+    for name in zrcamctlapply.cgi zrcamctldefault.cgi zrfisheyeset.cgi zrcamctlget.cgi; do ln -s zrcamctlset.cgi "$root/opt/sim/bin/$name"; done
   fi
 else
   programs=opt/sim/bin
@@ -101,7 +101,7 @@ mkdir -p "$root/web/m" "$root/opt/sim/bin"
 awk '$2 != "-" { print $1, $2 }' "$work/modules" > "$root/opt/sim/record-bytes"
 cp "$inspector" "$root/opt/sim/bin/zrcamctl-inspect"
 if [ $raw = 0 ]; then
-  for name in zrcamctlset.cgi zrcamctlapply.cgi zrcamctldefault.cgi zrfisheyeset.cgi; do
+  for name in zrcamctlset.cgi zrcamctlapply.cgi zrcamctldefault.cgi zrfisheyeset.cgi zrcamctlget.cgi; do
     cp tools/sim/adapter.cgi "$root/web/cgi-bin/$name"
   done
 fi

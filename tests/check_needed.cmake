@@ -5,8 +5,7 @@ if(NOT needed STREQUAL "Shared library: [libc.so.6]")
   message(FATAL_ERROR "NEEDED is '${needed}', expected only libc.so.6")
 endif()
 message(STATUS "NEEDED: ${needed}")
-# The device build's stripped executable within its limit.
-if(LIMIT)
+if(LIMIT)  # the device build's stripped executable within its limit
   file(SIZE ${EXE}.stripped size)
   if(size GREATER LIMIT)
     message(FATAL_ERROR "${EXE}.stripped is ${size} bytes, more than ${LIMIT}")
