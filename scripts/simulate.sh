@@ -108,10 +108,10 @@ fi
 cp tools/sim/record.cgi "$root/web/cgi-bin/simrecord.cgi"
 cp tools/sim/state.cgi "$root/web/cgi-bin/simstate.cgi"
 
-# A module's page: its form is built in the browser from the record as the
-# inspector decodes it (every key of the family, the keys a gate opens
-# grouped under their set id), with the values the record holds now; only
-# the fields a person changed are posted. Below it, the record view.
+# A module's page: its form is built in the browser from what the device's
+# get program answers for the record (tools/sim/page.js: settings, commands
+# and edits, with the values the record holds now). Below it, the record
+# view, loaded once the page has attached the module.
 style='body{font:14px sans-serif;margin:1em 2em} td{padding:0 .8em} fieldset{margin:.5em 0}
 label{display:inline-block;margin:2px 1em 2px 0} input[type=text]{width:6em} iframe{width:100%;height:24em;border:1px solid #aaa}'
 where=""
@@ -127,7 +127,7 @@ while read -r code bytes family; do
 <input type=hidden name=RetReDir value="/m/$code.html">
 <p><input type=submit id=save value="Save settings"></p>
 </form>
-<iframe id=record src="/cgi-bin/simrecord.cgi?$code"></iframe>
+<iframe id=record></iframe>
 <script src="/sim/page.js"></script>
 </body></html>
 HTML

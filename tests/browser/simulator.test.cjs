@@ -72,7 +72,7 @@ const freePort = () => new Promise((resolve) => {
     await until(async () => await shown('   15 WbGainR u8 0 -&gt; 40') && await shown('byte 15: 00 -&gt; 28'),
       'the page shows the change, by key and by byte');
     await until(async () => await page.$eval('input[name=WbGainR]', (e) => e.value).catch(() => '') === '40',
-      'the form holds the record\'s values');
+      'the page\'s form, read back through zrcamctlget.cgi, holds the saved value');
     await page.screenshot({ path: path.join(out, box ? 'simulator-box.png' : 'simulator.png'), fullPage: true });
 
     // A pending lens initialisation: the bare 204 leaves the page in place.

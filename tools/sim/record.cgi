@@ -2,8 +2,8 @@
 # Simulator only: /cgi-bin/simrecord.cgi?CODE shows the record of camera
 # module CODE: what the last set request changed, key by key and byte by
 # byte, then every key as the daemon reads it (zrcamctl-inspect).
-# /cgi-bin/simrecord.cgi?CODE&json gives the keys and values as JSON, for
-# the module's page to build its form from.
+# /cgi-bin/simrecord.cgi?CODE&attach only attaches it: the module's page
+# asks first, then reads the record through the device's get program.
 # When another module is attached, it attaches CODE first: rewrites the
 # basic configuration and, when the module has no record yet, writes its
 # factory record of zeros (sizes in /opt/sim/record-bytes).
@@ -15,7 +15,7 @@ record=/opt/kfp/etc/ZrConf/ZrCamCtlConf$code.bin
 if [ -n "$code" ] && [ "$code" != "$attached" ]; then
   sed -i "s/^\(QEF_STR1=\"...................\)../\1$code/" $conf
   bytes=$(sed -n "s/^$code //p" /opt/sim/record-bytes)
-  [ -e "$record" ] || [ -z "$bytes" ] || { head -c "$bytes" /dev/zero > "$record.new" && mv "$record.new" "$record"; }
+  [ -e "$record" ] || [ -z "$bytes" ] || { head -c "$bytes" /dev/zero > "$record.$$" && mv "$record.$$" "$record"; }
 fi
 inspect() {
   if [ -x /usr/bin/qemu-arm-static ]; then  # the armhf build (simulate.sh --arm)
@@ -24,9 +24,8 @@ inspect() {
     /opt/sim/bin/zrcamctl-inspect "$@"
   fi
 }
-if [ "${QUERY_STRING#*&}" = json ]; then
-  printf 'Content-type: application/json\r\n\r\n'
-  inspect --json "$code" "$record" 2>/dev/null || echo '[]'
+if [ "${QUERY_STRING#*&}" = attach ]; then
+  printf 'Content-type: text/plain\r\n\r\nmodule %s attached\n' "$code"
   exit 0
 fi
 html() { sed 's/&/\&amp;/g; s/</\&lt;/g; s/>/\&gt;/g'; }
