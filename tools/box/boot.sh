@@ -1,9 +1,13 @@
 #!/bin/sh
 # Boots the box once and waits for it to power off (or be killed):
 #   boot.sh [OPTIONS] KERNEL INITRD
-#   --disk IMAGE     the settings partition's disk (ext4), kept across boots
-#   --fs ext4|jffs2  the settings partition's file system (jffs2: the
-#                    simulated NAND, fresh each boot, from /factory)
+#   --disk IMAGE     the settings partition's disk (ext4), kept across boots,
+#                    written through: every write the box makes reaches IMAGE
+#   --nbd SOCKET     the settings partition's disk instead served by an NBD
+#                    server on the Unix socket SOCKET, as a disk with a
+#                    volatile write cache: the box sees the cache and flushes it
+#   --fs ext4|jffs2|ubifs  the settings partition's file system (jffs2,
+#                    ubifs: on simulated NAND, fresh each boot, from /factory)
 #   --port PORT      forward 127.0.0.1:PORT on the host to the box's port 80
 #   --share DIR      the host's DIR, at the same path in the box (9p)
 #   --run SCRIPT     run SCRIPT (a path in the box) after start-up, then power off
@@ -15,10 +19,11 @@
 # The console is this process's standard output. User-mode networking only
 # (restrict=on): the box reaches nothing; the host reaches it on 127.0.0.1.
 set -eu
-disk="" fs=ext4 port="" share="" run="" module=0J memory=256 cpus=2 overlay="" pidfile=""
+disk="" nbd="" fs=ext4 port="" share="" run="" module=0J memory=256 cpus=2 overlay="" pidfile=""
 while [ $# -gt 2 ]; do
   case $1 in
     --disk) disk=$2 ;;
+    --nbd) nbd=$2 ;;
     --fs) fs=$2 ;;
     --port) port=$2 ;;
     --share) share=$2 ;;
@@ -51,6 +56,8 @@ net=user,id=net0,restrict=on
 [ -n "$port" ] && net="$net,hostfwd=tcp:127.0.0.1:$port-:80"
 set -- "$@" -netdev "$net" -device virtio-net-device,netdev=net0
 [ -n "$disk" ] && set -- "$@" -drive "file=$disk,format=raw,if=none,id=disk0,cache=writethrough" \
+  -device virtio-blk-device,drive=disk0
+[ -n "$nbd" ] && set -- "$@" -drive "driver=raw,file.driver=nbd,file.path=$nbd,if=none,id=disk0,cache=writeback" \
   -device virtio-blk-device,drive=disk0
 if [ -n "$share" ]; then
   set -- "$@" -fsdev "local,id=share0,path=$share,security_model=none" \

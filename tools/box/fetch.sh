@@ -1,15 +1,16 @@
 #!/bin/sh
 # Fetches what the box is made of, once, into DIR (default build/box/pkg):
-# Debian's armhf kernel (found through its metapackage, linux-image-armmp)
-# and static busybox, unpacked, nothing installed into the host; and the
-# host's qemu-system-arm. Exits 77 when the packages cannot be had, the
-# code CTest reports as a skip.
+# Debian's armhf kernel (found through its metapackage, linux-image-armmp),
+# static busybox and mtd-utils (for the UBI tools BusyBox lacks), unpacked,
+# nothing installed into the host; and the host's qemu-system-arm and
+# nbdkit (the power cuts' cached disk). Exits 77 when the packages cannot be
+# had, the code CTest reports as a skip.
 set -u
 cd "$(dirname "$0")/../.."
 dir=${1:-build/box/pkg}
-[ -f "$dir/ready" ] && exit 0
+[ -f "$dir/ready" ] && [ -x "$dir/root/usr/sbin/ubimkvol" ] && exit 0
 
-sh scripts/install-deps.sh qemu-system-arm kmod e2fsprogs cpio mtd-utils || exit 77
+sh scripts/install-deps.sh qemu-system-arm kmod e2fsprogs cpio mtd-utils nbdkit || exit 77
 
 if ! dpkg --print-foreign-architectures | grep -qx armhf; then
   dpkg --add-architecture armhf || exit 77
@@ -25,7 +26,7 @@ if [ -z "$kernel" ]; then
 fi
 
 rm -rf "$dir" && mkdir -p "$dir/debs" "$dir/root" || exit 1
-for package in "$kernel:armhf" busybox-static:armhf; do
+for package in "$kernel:armhf" busybox-static:armhf mtd-utils:armhf; do
   (cd "$dir/debs" && apt-get download "$package" >/dev/null 2>&1) ||
     (sleep 2; cd "$dir/debs" && apt-get download "$package" >/dev/null 2>&1) || {
       echo "box: could not download $package" >&2

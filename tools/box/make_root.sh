@@ -5,7 +5,7 @@
 # `cmake --install build/armhf --prefix ...`: the install layout is the
 # device layout. Besides them: the armhf C library (and the C++ runtime the
 # test executables need, which the product does not), the daemon stand-ins,
-# a savecfg stand-in and the modules the box loads.
+# a savecfg stand-in, the UBI volume maker and the modules the box loads.
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 pkg=$(cd "$1" && pwd) tree=$(cd "$2" && pwd) out=$(cd "$(dirname "$3")" && pwd)/$(basename "$3")
@@ -16,6 +16,7 @@ trap 'rm -rf "$stage"' EXIT
 cd "$stage"
 mkdir -p bin sbin usr/bin usr/sbin lib proc sys dev tmp var/run var/log opt/kfp/etc mnt web/cgi-bin factory
 cp "$pkg/root/bin/busybox" bin/busybox
+cp "$pkg/root/usr/sbin/ubimkvol" usr/sbin/ubimkvol  # BusyBox has no UBI volume tools
 ln -s busybox bin/sh
 cp "$here/init" init
 chmod 755 init
@@ -34,7 +35,8 @@ done
 cp -a "$tree/." .
 
 # The modules init loads, with what they need (modules.dep).
-modules="crc32c_generic virtio_mmio virtio_net virtio_blk ext4 9pnet_virtio 9p nandsim jffs2"
+modules="crc32c_generic virtio_mmio virtio_net virtio_blk ext4 9pnet_virtio 9p nandsim jffs2 ubi ubifs
+  zstd deflate"  # UBIFS asks for every compressor it knows when it loads
 dep=$pkg/root/lib/modules/$version/modules.dep
 mkdir -p "lib/modules/$version"
 for m in $modules; do

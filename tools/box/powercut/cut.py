@@ -1,8 +1,10 @@
 """Power cuts on the box; scripts/powercut.sh lays out WORK and runs this:
-  cut.py WORK N [CHAINS]     N cuts, shared by CHAINS boxes in parallel (one
-                             processor and one disk image each; default: as
-                             many as the host has processors);
-                             prints the one line of figures
+  cut.py WORK N [CHAINS] [--disk ext4|cached|ubifs|all]
+                             N cuts on the disk (class Box; all: N on each,
+                             side by side), shared by CHAINS boxes in parallel
+                             (one processor and one disk image each; default:
+                             as many as the host has processors for one disk,
+                             one for all); prints a line of figures a disk
   cut.py WORK --cost PAIRS   0J save times, WORK/root.cpio against WORK/real.cpio
 WORK holds kernel, real.cpio, root.cpio (the one booted), settings.img and
 overlay.cpio; it is removed at the end, and every box started is stopped by
@@ -115,18 +117,38 @@ LIVE = set()  # every box started and not yet cut, for the last resort in main
 
 
 class Box:
-    def __init__(self, work, initrd, disk, tag, cpus=2):
+    """A box booted on the disk image (ext4 written through), on the same image
+    behind nbdkit's cache in writeback mode (cached: what the box has not
+    flushed is lost with nbdkit), or with the settings on UBIFS (ubifs: the
+    image is not used; the flash is fresh and seeded at each boot)."""
+
+    def __init__(self, work, initrd, disk, tag, cpus=2, kind='ext4'):
         with socket.socket() as s:
             s.bind(('127.0.0.1', 0))
             self.port = s.getsockname()[1]
         self.pidfile, self.console = '%s/%s.pid' % (work, tag), '%s/%s.log' % (work, tag)
-        self.qemu = 0
+        self.qemu, self.nbdkit, where = 0, None, ['--disk', disk]
         with open(self.console, 'wb') as log:
+            if kind == 'cached':
+                where = ['--nbd', '%s/%s.nbd' % (work, tag)]
+                self.nbdkit = subprocess.Popen(
+                    ['nbdkit', '--foreground', '--exit-with-parent', '--unix', where[1],
+                     '--filter=cache', 'file', disk, 'cache=writeback'],
+                    env=dict(os.environ, TMPDIR=work), stdin=subprocess.DEVNULL, stdout=log,
+                    stderr=subprocess.STDOUT)
+                LIVE.add(self)
+                for _ in range(200):
+                    if os.path.exists(where[1]) or self.nbdkit.poll() is not None:
+                        break
+                    time.sleep(0.05)
+            elif kind == 'ubifs':
+                where = ['--fs', 'ubifs']
             self.boot = subprocess.Popen(
-                ['sh', 'tools/box/boot.sh', '--disk', disk, '--port', str(self.port), '--overlay',
-                 work + '/overlay.cpio', '--pidfile', self.pidfile, '--run', '/powercut/run.sh',
-                 '--cpus', str(cpus), work + '/kernel', initrd], stdin=subprocess.DEVNULL,
-                stdout=log, stderr=subprocess.STDOUT)
+                ['sh', 'tools/box/boot.sh', *where, '--port', str(self.port), '--overlay',
+                 work + ('/overlay-ubifs.cpio' if kind == 'ubifs' else '/overlay.cpio'),
+                 '--pidfile', self.pidfile, '--run', '/powercut/run.sh', '--cpus', str(cpus),
+                 work + '/kernel', initrd], stdin=subprocess.DEVNULL, stdout=log,
+                stderr=subprocess.STDOUT)
         LIVE.add(self)
 
     def state(self, timeout=240):
@@ -154,6 +176,9 @@ class Box:
         LIVE.discard(self)
         if not self.qemu and os.path.exists(self.pidfile) and self.boot.poll() is None:
             self.qemu = int(open(self.pidfile).read() or 0)
+        if self.nbdkit:  # the disk's cache goes with the power
+            self.nbdkit.kill()
+            self.nbdkit.wait(30)
         if self.qemu:
             try:
                 os.kill(self.qemu, signal.SIGKILL)
@@ -165,7 +190,9 @@ class Box:
         self.boot.wait(30)
 
 
-def post(box, kind, s, cut_at):
+def post(box, kind, s, cut_at, refusal_ends=False):
+    """The answer to save s; None when cut_at came first; with refusal_ends, False
+    when the save was refused."""
     module, program, fields, _ = KINDS[kind]
     if module:
         r = request(box.port, '/cgi-bin/pc/attach.cgi?' + module, cut_at=cut_at)
@@ -176,6 +203,8 @@ def post(box, kind, s, cut_at):
     body = '&'.join('%s=%s' % kv for kv in fields(s) + [('RetReDir', '/r')]).encode()
     r = request(box.port, '/cgi-bin/pc/' + program, body, cut_at)
     if r is not None and not (r.endswith(b'\r\n\r\n' + RETURN_PAGE) or r == BARE_204):
+        if refusal_ends and b'return ERROR!!!' in r:
+            return False
         raise Fail('save %d: %r' % (s, r[-300:]))
     return r
 
@@ -199,53 +228,91 @@ def seed(image, work):
     return seeded
 
 
-def cuts(work, seeded, n, rng, chain, out):
-    """One box after the other on a copy of the seeded disk image of its own:
-    n cuts; out[chain] gets the counts and the number of strays."""
-    image, who = '%s/settings%d.img' % (work, chain), 'chain %d cut' % chain
-    shutil.copy(work + '/settings.img', image)
-    first = Box(work, work + '/root.cpio', image, 'c%dboot0' % chain, cpus=1)
-    boxes = [first]
+def cuts(work, seeded, n, rng, chain, out, kind):
+    """One box after the other on a copy of the seeded disk image of its own
+    (on UBIFS: one box, its volume unmounted and mounted again after each
+    emulated cut, a new box after ten minutes): n cuts; out[chain] gets the
+    counts and the number of strays."""
+    image, who = '%s/settings-%s%d.img' % (work, kind, chain), '%s chain %d cut' % (kind, chain)
+    if kind != 'ubifs':
+        shutil.copy(work + '/settings.img', image)
+    boxes, up = [], 0
     try:
-        files = first.state()
-        for path in seeded:
-            if files.get(path) != seeded[path]:
-                raise Fail('the box does not hold the first state written to %s' % path)
-        base = {path: files.get(path) for path in FILES}
-        known = set(files)
-        floor = dict.fromkeys(FILES, 0)  # the save each file must hold, or a later one
         seq, counts, strays, took = 0, {'torn': 0, 'empty': 0, 'lost': 0}, 0, []
-        leftovers = set()
         for i in range(1, n + 1):
-            box, acked = boxes[-1], set()
-            # Half of the cuts a few milliseconds after the k-th answer, half at
-            # a random instant of about as many saves (inside a save or not).
-            after = rng.randint(1, 12) if rng.random() < 0.5 else 0
-            span = 12 * (statistics.mean(took) if took else 1.0)
-            begin = time.monotonic()
-            cut_at = None if after else begin + rng.uniform(0, span)
-            answered = 0
-            while True:
+            if not boxes or kind == 'ubifs' and time.monotonic() - up > 600:
+                if boxes:
+                    boxes[-1].cut()
+                boxes.append(Box(work, work + '/root.cpio', image, '%s%d-start%d' % (kind, chain, i), 1, kind))
+                files, up = boxes[-1].state(), time.monotonic()
+                for path in seeded:
+                    if files.get(path) != seeded[path]:
+                        raise Fail('the box does not hold the first state written to %s' % path)
+                base = {path: files.get(path) for path in FILES}
+                known = set(files)
+                floor = dict.fromkeys(FILES, 0)  # the save each file must hold, or a later one
+                leftovers = set()
+            box, acked, answered = boxes[-1], set(), 0
+
+            def save(cut_at):
+                """Save seq + 1; whether it was answered. On UBIFS a save counts
+                only when it was answered as saved before the emulated cut: the
+                fisheye program answers the same when its save failed."""
+                nonlocal seq
                 seq += 1
                 start = time.monotonic()
-                if post(box, seq % 4, seq, cut_at) is None:
-                    break
+                if not post(box, seq % 4, seq, cut_at, kind == 'ubifs') or kind == 'ubifs' and \
+                        request(box.port, '/cgi-bin/pc/ubifs.cgi?cut').endswith(b'\n1\n'):
+                    return False
                 took.append(time.monotonic() - start)
                 for path, _, _ in KINDS[seq % 4][3]:
                     floor[path] = max(floor[path], seq)
                     acked.add(path)
-                answered += 1
-                if answered == after:
-                    time.sleep(rng.uniform(0, 0.004))
-                    break
-            box.cut()
-            boxes.append(Box(work, work + '/root.cpio', image, 'c%dboot%d' % (chain, i), cpus=1))
+                return True
+
+            if kind == 'ubifs':
+                # Saves until UBIFS has stopped writing, as a cut would stop it
+                # (it is read-only since, and refuses the next save).
+                # UBIFS picks at arming whether to cut at once, after up to a
+                # minute or after up to 10,000 writes: a round of 40 saves
+                # without a cut is checked all the same, then armed anew.
+                for rounds in range(1, 101):
+                    request(box.port, '/cgi-bin/pc/ubifs.cgi?arm')
+                    while answered < 40 * rounds and save(None):
+                        answered += 1
+                    if request(box.port, '/cgi-bin/pc/ubifs.cgi?cut').endswith(b'\n1\n'):
+                        break
+                    if answered < 40 * rounds:
+                        raise Fail('save %d not saved, but UBIFS did not cut' % seq)
+                    r = request(box.port, '/cgi-bin/pc/ubifs.cgi?remount', timeout=120)
+                    if not r.endswith(b'\nremounted\n'):
+                        raise Fail('the volume did not mount again: %r' % r[-300:])
+                else:
+                    raise Fail('no emulated cut in 4000 saves')
+                r = request(box.port, '/cgi-bin/pc/ubifs.cgi?remount', timeout=120)
+                if not r.endswith(b'\nremounted\n'):
+                    raise Fail('the volume did not mount again: %r' % r[-300:])
+                after, cut_at, begin = 0, None, 0
+            else:
+                # Half of the cuts a few milliseconds after the k-th answer, half at
+                # a random instant of about as many saves (inside a save or not).
+                after = rng.randint(1, 12) if rng.random() < 0.5 else 0
+                span = 12 * (statistics.mean(took) if took else 1.0)
+                begin = time.monotonic()
+                cut_at = None if after else begin + rng.uniform(0, span)
+                while save(cut_at):
+                    answered += 1
+                    if answered == after:
+                        time.sleep(rng.uniform(0, 0.004))
+                        break
+                box.cut()
+                boxes.append(Box(work, work + '/root.cpio', image, '%s%d-boot%d' % (kind, chain, i), 1, kind))
             files = boxes[-1].state()
-            for path, (kind, expect, read) in FILES.items():
-                verdict, found = judge(files.get(path), base[path], floor[path], seq, kind, expect,
-                                       read)
+            for path, (k, expect, read) in FILES.items():
+                verdict, found = judge(files.get(path), base[path], floor[path], seq, k, expect, read)
                 if verdict != 'ok':
                     counts[verdict] += 1
+                    keep(work, boxes[-1], '%s-%d-%d' % (kind, chain, i), files)
                     print('powercut: %s %d: %s %s (must hold save %d or later; last save %d)%s'
                           % (who, i, path, verdict, floor[path], seq,
                              where(files.get(path), base[path], read, expect)), file=sys.stderr)
@@ -266,16 +333,31 @@ def cuts(work, seeded, n, rng, chain, out):
             leftovers = now
             if os.environ.get('ZRCAMCTL_POWERCUT_VERBOSE'):
                 print('powercut: %s %d %s, saves to %d, %d answered; files hold %s %s' % (
-                    who, i, 'after answer %d' % after if after else 'at %.3f s' % (cut_at - begin),
-                    seq, answered, [read(files[p]) if p in files and files[p] != base[p] else 0
-                                    for p, (_, _, read) in FILES.items()], sorted(now)),
-                      file=sys.stderr)
-        out[chain] = (counts, strays)
+                    who, i, 'after answer %d' % after if after else
+                    'at %.3f s' % (cut_at - begin) if cut_at else 'emulated', seq, answered,
+                    [read(files[p]) if p in files and files[p] != base[p] else 0
+                     for p, (_, _, read) in FILES.items()], sorted(now)), file=sys.stderr)
+        out[kind, chain] = (counts, strays)
     except Fail as e:
-        out[chain] = e
+        out[kind, chain] = e
     finally:
         for box in boxes:
             box.cut()
+
+
+def keep(work, box, name, files):
+    """With ZRCAMCTL_POWERCUT_KEEP=DIR, what a failed check saw: the files and the
+    boxes' consoles, in DIR/NAME."""
+    if not os.environ.get('ZRCAMCTL_POWERCUT_KEEP'):
+        return
+    out = os.path.join(os.environ['ZRCAMCTL_POWERCUT_KEEP'], name)
+    for path, data in files.items():
+        os.makedirs(os.path.dirname(os.path.join(out, path)), exist_ok=True)
+        with open(os.path.join(out, path), 'wb') as f:
+            f.write(data)
+    for log in os.listdir(work):
+        if log.endswith('.log'):
+            shutil.copy(os.path.join(work, log), out)
 
 
 def where(data, base, read, expect):
@@ -333,24 +415,49 @@ def main():
         if sys.argv[2:3] == ['--cost']:
             cost(work, int(sys.argv[3]) if len(sys.argv) > 3 else 40)
             return 0
-        n = int(sys.argv[2]) if len(sys.argv) > 2 else 10
-        chains = max(1, min(n, int(sys.argv[3]) if len(sys.argv) > 3 else os.cpu_count() or 1))
-        out, seeded = [None] * chains, seed(work + '/settings.img', work)
+        args, kinds = sys.argv[2:], ['ext4']
+        if '--disk' in args:
+            kinds = [args.pop(args.index('--disk') + 1)]
+            args.remove('--disk')
+        if kinds == ['all']:
+            kinds = ['ext4', 'cached', 'ubifs']
+        if not set(kinds) <= {'ext4', 'cached', 'ubifs'}:
+            raise Fail('no disk %s: ext4, cached, ubifs or all' % kinds[0])
+        n = int(args[0]) if args else 10
+        # Every disk's chains side by side: by default one per host processor
+        # for one disk, one a disk for all three.
+        chains = int(args[1]) if len(args) > 1 else 1 if len(kinds) > 1 else os.cpu_count() or 1
+        chains = max(1, min(n, chains))
+        out, seeded = {}, seed(work + '/settings.img', work)
+        if 'ubifs' in kinds:  # laid over the factory files by run.sh at each boot
+            os.makedirs(work + '/seed/powercut/seed/ZrConf')
+            for path in seeded:
+                shutil.copy('%s/%s' % (work, path.split('/')[-1]), work + '/seed/powercut/seed/' + path)
+            with open(work + '/overlay-ubifs.cpio', 'wb') as f:
+                f.write(open(work + '/overlay.cpio', 'rb').read())
+                f.flush()
+                subprocess.run('find . | sort | cpio -o -H newc --quiet -R 0:0', shell=True,
+                               cwd=work + '/seed', stdout=f, check=True)
         threads = [threading.Thread(target=cuts, daemon=True,
                                     args=(work, seeded, n // chains + (c < n % chains), random.Random(),
-                                          c, out)) for c in range(chains)]
+                                          c, out, kind)) for kind in kinds for c in range(chains)]
         for t in threads:
             t.start()
         for t in threads:
             while t.is_alive():
                 t.join(1)
-        for e in out:
-            if not isinstance(e, tuple):
-                raise e if isinstance(e, Fail) else Fail('a chain of cuts stopped early')
-        counts = {k: sum(c[k] for c, _ in out) for k in out[0][0]}
-        print('cuts %d, torn %d, empty %d, acknowledged lost %d'
-              % (n, counts['torn'], counts['empty'], counts['lost']))
-        return 1 if any(counts.values()) or sum(s for _, s in out) else 0
+        status = 0
+        for kind in kinds:
+            results = [out.get((kind, c)) for c in range(chains)]
+            for e in results:
+                if not isinstance(e, tuple):
+                    raise e if isinstance(e, Fail) else Fail('a chain of cuts stopped early')
+            counts = {k: sum(c[k] for c, _ in results) for k in results[0][0]}
+            print('%s: cuts %d, torn %d, empty %d, acknowledged lost %d'
+                  % (kind, n, counts['torn'], counts['empty'], counts['lost']))
+            if any(counts.values()) or sum(s for _, s in results):
+                status = 1
+        return status
     except Fail as e:
         print('powercut: %s' % e, file=sys.stderr)
         return 1
