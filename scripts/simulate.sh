@@ -135,6 +135,10 @@ HTML
 done < "$work/modules" > "$work/rows"
 mkdir -p "$root/web/sim"
 cp tools/sim/page.js "$root/web/sim/page.js"
+# The keys posted as checkboxes (1 when posted, 0 when not), "Name<n>" for
+# an array's, from the key reference: the one thing about a key the page
+# cannot read from the device's answer.
+inspect --reference | sed -n 's/^| [^|]* | `\([^`]*\)`.*checkbox:.*/\1/p' | sort -u > "$root/web/sim/checkboxes.txt"
 cat > "$root/web/index.html" <<HTML
 <html><head><title>zrcamctl simulator</title><style>$style</style></head><body>
 <h2>Camera modules</h2>
