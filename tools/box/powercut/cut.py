@@ -113,6 +113,9 @@ def request(port, path, body=None, cut_at=None, timeout=30.0):
                 data += chunk
 
 
+# ZRCAMCTL_POWERCUT_SYNC=0: no sync loop while UBIFS is armed (ubifs.cgi), so
+# that a save's unsynced data can stay unwritten until the cut.
+NOSYNC = '&nosync' if os.environ.get('ZRCAMCTL_POWERCUT_SYNC') == '0' else ''
 LIVE = set()  # every box started and not yet cut, for the last resort in main
 
 
@@ -277,7 +280,7 @@ def cuts(work, seeded, n, rng, chain, out, kind):
                 # minute or after up to 10,000 writes: a round of 40 saves
                 # without a cut is checked all the same, then armed anew.
                 for rounds in range(1, 101):
-                    request(box.port, '/cgi-bin/pc/ubifs.cgi?arm')
+                    request(box.port, '/cgi-bin/pc/ubifs.cgi?arm' + NOSYNC)
                     while answered < 40 * rounds and save(None):
                         answered += 1
                     if request(box.port, '/cgi-bin/pc/ubifs.cgi?cut').endswith(b'\n1\n'):

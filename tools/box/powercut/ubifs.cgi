@@ -1,5 +1,5 @@
 #!/bin/sh
-# /cgi-bin/pc/ubifs.cgi?arm|cut|remount: UBIFS's power-cut emulation on the
+# /cgi-bin/pc/ubifs.cgi?arm[&nosync]|cut|remount: UBIFS's power-cut emulation on the
 # settings volume. arm: the file system stops its writes at a random point
 # from now on, as a cut would; cut: 1 once it has (it is read-only then),
 # else 0; remount: unmounted and mounted again, which recovers it.
@@ -9,8 +9,9 @@ printf 'Content-type: text/plain\r\n\r\n'
 # commit writes the index, the LEB properties and the master node), so that
 # cuts come in the file system's own housekeeping too, not only in saves.
 case $QUERY_STRING in
-  arm)
+  arm | arm\&nosync)
     echo 1 > $d/tst_recovery && echo armed
+    [ "$QUERY_STRING" = arm ] || exit 0
     setsid sh -c 'while :; do sync; sleep 0.25; done' < /dev/null > /dev/null 2>&1 &
     echo $! > /tmp/sim/syncs ;;
   cut) cat $d/ro_error ;;
