@@ -48,9 +48,11 @@ bool is_quote(char c) { return c == '"' || c == '\''; }
 bool ends_value(char c) { return c == '\0' || c == ';' || is_quote(c) || c == '#' || c == '\r'; }
 
 // Forgets every replaced line; the lines point into the text again after
-// the next split.
+// the next split. Only lines below the count are ever owned (a split starts
+// from none owned, a replacement is of a counted line, an added line is
+// counted), so the rest of the table is never walked.
 void release_owned(tcfg* cfg) {
-  for (int i = 0; i < kTcfgMaxLines; ++i) {
+  for (int i = 0; i < cfg->lineCount; ++i) {
     free(cfg->owned[i]);
     cfg->owned[i] = nullptr;
   }
@@ -379,7 +381,7 @@ int save_cfg(tcfg* cfg) {
 
 void free_cfg(tcfg* cfg) {
   if (!cfg) return;
-  for (int i = 0; i < kTcfgMaxLines; ++i) free(cfg->owned[i]);
+  release_owned(cfg);
   free(cfg->text);
   free(cfg);
 }
