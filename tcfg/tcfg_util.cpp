@@ -271,17 +271,30 @@ tcfg* create_mem_cfg(const char* data, size_t length) {
     perror("malloc error");
     return nullptr;
   }
-  cfg->size = static_cast<uint32_t>(length);
-  cfg->text = static_cast<char*>(malloc(length + 1));
-  if (!cfg->text) {
-    perror("malloc error");
+  if (reload_mem_cfg(cfg, data, length) != 0) {
     free(cfg);
     return nullptr;
   }
-  if (length > 0) memcpy(cfg->text, data, length);
-  cfg->text[length] = '\0';
-  split_lines(cfg);
   return cfg;
+}
+
+int reload_mem_cfg(tcfg* cfg, const char* data, size_t length) {
+  if (!cfg || cfg->path[0] != '\0') return -1;
+  if ((!data && length > 0) || length >= UINT32_MAX) return -1;
+  char* text = static_cast<char*>(malloc(length + 1));
+  if (!text) {
+    perror("malloc error");
+    return -1;
+  }
+  if (length > 0) memcpy(text, data, length);
+  text[length] = '\0';
+  // The lines, replaced ones too, point into the old text.
+  release_owned(cfg);
+  free(cfg->text);
+  cfg->text = text;
+  cfg->size = static_cast<uint32_t>(length);
+  split_lines(cfg);
+  return 0;
 }
 
 int load_cfg(tcfg* cfg) {
