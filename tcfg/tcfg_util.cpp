@@ -48,9 +48,11 @@ bool is_quote(char c) { return c == '"' || c == '\''; }
 bool ends_value(char c) { return c == '\0' || c == ';' || is_quote(c) || c == '#' || c == '\r'; }
 
 // Forgets every replaced line; the lines point into the text again after
-// the next split.
+// the next split. Only lines below the count are ever owned (a split starts
+// from none owned, a replacement is of a counted line, an added line is
+// counted), so the rest of the table is never walked.
 void release_owned(tcfg* cfg) {
-  for (int i = 0; i < kTcfgMaxLines; ++i) {
+  for (int i = 0; i < cfg->lineCount; ++i) {
     free(cfg->owned[i]);
     cfg->owned[i] = nullptr;
   }
@@ -269,17 +271,30 @@ tcfg* create_mem_cfg(const char* data, size_t length) {
     perror("malloc error");
     return nullptr;
   }
-  cfg->size = static_cast<uint32_t>(length);
-  cfg->text = static_cast<char*>(malloc(length + 1));
-  if (!cfg->text) {
-    perror("malloc error");
+  if (reload_mem_cfg(cfg, data, length) != 0) {
     free(cfg);
     return nullptr;
   }
-  if (length > 0) memcpy(cfg->text, data, length);
-  cfg->text[length] = '\0';
-  split_lines(cfg);
   return cfg;
+}
+
+int reload_mem_cfg(tcfg* cfg, const char* data, size_t length) {
+  if (!cfg || cfg->path[0] != '\0') return -1;
+  if ((!data && length > 0) || length >= UINT32_MAX) return -1;
+  char* text = static_cast<char*>(malloc(length + 1));
+  if (!text) {
+    perror("malloc error");
+    return -1;
+  }
+  if (length > 0) memcpy(text, data, length);
+  text[length] = '\0';
+  // The lines, replaced ones too, point into the old text.
+  release_owned(cfg);
+  free(cfg->text);
+  cfg->text = text;
+  cfg->size = static_cast<uint32_t>(length);
+  split_lines(cfg);
+  return 0;
 }
 
 int load_cfg(tcfg* cfg) {
@@ -379,7 +394,7 @@ int save_cfg(tcfg* cfg) {
 
 void free_cfg(tcfg* cfg) {
   if (!cfg) return;
-  for (int i = 0; i < kTcfgMaxLines; ++i) free(cfg->owned[i]);
+  release_owned(cfg);
   free(cfg->text);
   free(cfg);
 }

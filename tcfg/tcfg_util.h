@@ -39,6 +39,12 @@ int create_cfg_file(const char* path);
 // no path, so it cannot be loaded or saved.
 tcfg* create_mem_cfg(const char* data, size_t length);
 
+// Puts a copy of `length` bytes in place of the text of an object that
+// create_mem_cfg made, split into lines the same way; its replaced and
+// added lines are freed. One object then serves text after text without
+// its line table being allocated again. 0, or -1 with the object unchanged.
+int reload_mem_cfg(tcfg* cfg, const char* data, size_t length);
+
 // Reads the file and splits it into lines, through one descriptor from the
 // open to the end of the file; a link is not followed, and only a regular
 // file is read. The line count; -1 when it cannot be read, -2 when its size
