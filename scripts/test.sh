@@ -65,4 +65,4 @@ powercut() { sh scripts/powercut.sh 5 --disk all || [ $? = 77 ]; }
 stage powercut powercut
 
 # Every fuzz target for a short, bounded run (scripts/fuzz.sh for longer ones).
-stage fuzz sh scripts/fuzz.sh 10
+stage fuzz sh scripts/fuzz.sh 5

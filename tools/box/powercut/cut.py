@@ -115,6 +115,7 @@ def request(port, path, body=None, cut_at=None, timeout=30.0):
 
 # ZRCAMCTL_POWERCUT_SYNC=0: no sync loop while UBIFS is armed (ubifs.cgi), so
 # that a save's unsynced data can stay unwritten until the cut.
+START = time.monotonic()
 NOSYNC = '&nosync' if os.environ.get('ZRCAMCTL_POWERCUT_SYNC') == '0' else ''
 LIVE = set()  # every box started and not yet cut, for the last resort in main
 
@@ -167,7 +168,7 @@ class Box:
                         return {m.name[2:]: t.extractfile(m).read() for m in t if m.isfile()}
             except (OSError, tarfile.TarError):
                 pass
-            time.sleep(0.5)
+            time.sleep(0.2)
         tail = open(self.console, 'rb').read()[-800:].decode(errors='replace')
         raise Fail('the box did not come up:\n' + tail)
 
@@ -260,12 +261,13 @@ def cuts(work, seeded, n, rng, chain, out, kind):
             def save(cut_at):
                 """Save seq + 1; whether it was answered. On UBIFS a save counts
                 only when it was answered as saved before the emulated cut: the
-                fisheye program answers the same when its save failed."""
+                fisheye program answers the same when its save failed, so after
+                its answer the harness asks whether UBIFS still writes."""
                 nonlocal seq
                 seq += 1
                 start = time.monotonic()
                 if not post(box, seq % 4, seq, cut_at, kind == 'ubifs') or kind == 'ubifs' and \
-                        request(box.port, '/cgi-bin/pc/ubifs.cgi?cut').endswith(b'\n1\n'):
+                        seq % 4 == 3 and request(box.port, '/cgi-bin/pc/ubifs.cgi?cut').endswith(b'\n1\n'):
                     return False
                 took.append(time.monotonic() - start)
                 for path, _, _ in KINDS[seq % 4][3]:
@@ -277,15 +279,15 @@ def cuts(work, seeded, n, rng, chain, out, kind):
                 # Saves until UBIFS has stopped writing, as a cut would stop it
                 # (it is read-only since, and refuses the next save).
                 # UBIFS picks at arming whether to cut at once, after up to a
-                # minute or after up to 10,000 writes: a round of 40 saves
+                # minute or after up to 10,000 writes: a round of 24 saves
                 # without a cut is checked all the same, then armed anew.
-                for rounds in range(1, 101):
+                for rounds in range(1, 161):
                     request(box.port, '/cgi-bin/pc/ubifs.cgi?arm' + NOSYNC)
-                    while answered < 40 * rounds and save(None):
+                    while answered < 24 * rounds and save(None):
                         answered += 1
                     if request(box.port, '/cgi-bin/pc/ubifs.cgi?cut').endswith(b'\n1\n'):
                         break
-                    if answered < 40 * rounds:
+                    if answered < 24 * rounds:
                         raise Fail('save %d not saved, but UBIFS did not cut' % seq)
                     r = request(box.port, '/cgi-bin/pc/ubifs.cgi?remount', timeout=120)
                     if not r.endswith(b'\nremounted\n'):
@@ -299,8 +301,8 @@ def cuts(work, seeded, n, rng, chain, out, kind):
             else:
                 # Half of the cuts a few milliseconds after the k-th answer, half at
                 # a random instant of about as many saves (inside a save or not).
-                after = rng.randint(1, 12) if rng.random() < 0.5 else 0
-                span = 12 * (statistics.mean(took) if took else 1.0)
+                after = rng.randint(1, 8) if rng.random() < 0.5 else 0
+                span = 8 * (statistics.mean(took) if took else 1.0)
                 begin = time.monotonic()
                 cut_at = None if after else begin + rng.uniform(0, span)
                 while save(cut_at):
@@ -341,6 +343,8 @@ def cuts(work, seeded, n, rng, chain, out, kind):
                     [read(files[p]) if p in files and files[p] != base[p] else 0
                      for p, (_, _, read) in FILES.items()], sorted(now)), file=sys.stderr)
         out[kind, chain] = (counts, strays)
+        print('powercut: %s chain %d done in %.0f s' % (kind, chain, time.monotonic() - START),
+              file=sys.stderr)
     except Fail as e:
         out[kind, chain] = e
     finally:

@@ -5,14 +5,14 @@
 # else 0; remount: unmounted and mounted again, which recovers it.
 d=/sys/kernel/debug/ubifs/ubi0_0
 printf 'Content-type: text/plain\r\n\r\n'
-# While armed, a sync every quarter second has UBIFS commit its journal (a
+# While armed, a sync every tenth of a second has UBIFS commit its journal (a
 # commit writes the index, the LEB properties and the master node), so that
 # cuts come in the file system's own housekeeping too, not only in saves.
 case $QUERY_STRING in
   arm | arm\&nosync)
     echo 1 > $d/tst_recovery && echo armed
     [ "$QUERY_STRING" = arm ] || exit 0
-    setsid sh -c 'while :; do sync; sleep 0.25; done' < /dev/null > /dev/null 2>&1 &
+    setsid sh -c 'while :; do sync; sleep 0.1; done' < /dev/null > /dev/null 2>&1 &
     echo $! > /tmp/sim/syncs ;;
   cut) cat $d/ro_error ;;
   remount)
