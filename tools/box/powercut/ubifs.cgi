@@ -18,5 +18,5 @@ case $QUERY_STRING in
   remount)
     kill "$(cat /tmp/sim/syncs)" 2>/dev/null
     echo 0 > $d/tst_recovery
-    umount /opt/kfp/etc && mount -t ubifs ubi0:settings /opt/kfp/etc && echo remounted ;;
+    umount /opt/kfp/etc && mount -t ubifs -o compr=none ubi0:settings /opt/kfp/etc && echo remounted ;;
 esac 2>&1
