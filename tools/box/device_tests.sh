@@ -4,7 +4,7 @@
 # those that time a request alone; then, with --jffs2, the tests FILTER
 # names again with the device roots' /opt/kfp on JFFS2 on the kernel's
 # simulated NAND, a file system without unnamed files, so saves take named
-# temporaries (two shards, a partition of the flash each).
+# temporaries (one shard, since the roots share the one flash).
 #   device_tests.sh BUILD_DIR [GTEST_FILTER] [--jffs2 FILTER]
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
@@ -48,11 +48,9 @@ else
 fi
 if [ -n "$jffs2" ]; then
   echo "device tests with /opt/kfp on JFFS2: $jffs2"
-  # The flash and the file system, once, before the shards share them out.
-  modprobe nandsim first_id_byte=0x20 second_id_byte=0x75 parts=1024,1024 && modprobe jffs2
   ZRCAMCTL_ROOT_SCRIPT=$here/jffs2_root.sh
   export ZRCAMCTL_ROOT_SCRIPT
-  run_shards 2 "$jffs2"
+  run_shards 1 "$jffs2"
 fi
 # The transcript cases replayed: those of every file whose replay passed
 # (each replay says how many it replayed of its file).
