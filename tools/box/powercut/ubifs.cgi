@@ -1,5 +1,5 @@
 #!/bin/sh
-# /cgi-bin/pc/ubifs.cgi?arm[&nosync]|cut|remount: UBIFS's power-cut emulation on the
+# /cgi-bin/pc/ubifs.cgi?arm[&nosync]|cut|remount: UBIFS's power-cut emulation on
 # settings volume. arm: the file system stops its writes at a random point
 # from now on, as a cut would; cut: 1 once it has (it is read-only then),
 # else 0; remount: unmounted and mounted again, which recovers it.
