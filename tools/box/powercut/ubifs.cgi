@@ -1,6 +1,6 @@
 #!/bin/sh
 # /cgi-bin/pc/ubifs.cgi?arm[&nosync]|cut|remount: UBIFS's power-cut emulation on
-# settings volume. arm: the file system stops its writes at a random point
+# the settings volume. arm: the file system stops its writes at a random point
 # from now on, as a cut would; cut: 1 once it has (it is read-only then),
 # else 0; remount: unmounted and mounted again, which recovers it.
 d=/sys/kernel/debug/ubifs/ubi0_0
