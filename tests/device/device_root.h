@@ -74,7 +74,7 @@ class DeviceRoot {
   // daemons' signals are collected once, into the first answer.
   std::vector<Answer> RunTogether(
       const std::string& program, const std::vector<Request>& requests) const;
-  // A request killed (SIGKILL) after the given time.
+  // A request killed (SIGKILL) when still running after the given time.
   Answer RunKilledAfter(const std::string& program, const Request& request, int microseconds) const;
 
   ~DeviceRoot();
@@ -85,6 +85,7 @@ class DeviceRoot {
   struct Started {
     int pid;
     std::string files[3];  // standard input, output and error
+    int status = -1;       // when already waited for
   };
   Started Start(const std::string& argv0, const Request& request) const;
   static Answer Finish(const Started& started);
