@@ -46,6 +46,13 @@ for m in $modules; do
     cp "$pkg/root/lib/modules/$version/$f" "lib/modules/$version/$f"
   done
 done
-cp "$pkg/root/lib/modules/$version"/modules.dep "$pkg/root/lib/modules/$version"/modules.alias \
-  "$pkg/root/lib/modules/$version"/modules.builtin "lib/modules/$version/"
+# Only their lines of the kernel's module lists: modprobe reads the lists
+# whole at every call, and the kernel's are half a megabyte and more.
+(cd "lib/modules/$version" && find kernel -name '*.ko*' | sort) > "$stage/copied"
+awk -F: 'NR == FNR { have[$1] = 1; next } have[$1]' "$stage/copied" "$dep" > "lib/modules/$version/modules.dep"
+sed 's|.*/||; s|\.ko.*||; s|-|_|g' "$stage/copied" |
+  awk 'NR == FNR { have[$1] = 1; next } { m = $NF; gsub(/-/, "_", m) } have[m]' - \
+    "$pkg/root/lib/modules/$version/modules.alias" > "lib/modules/$version/modules.alias"
+rm "$stage/copied"
+cp "$pkg/root/lib/modules/$version/modules.builtin" "lib/modules/$version/"
 find . | sort | cpio -o -H newc --quiet -R 0:0 > "$out"
