@@ -44,7 +44,7 @@ stage setup setup
 # transcripts' sample replays against the armhf executable under
 # qemu-arm-static by the host's harness (the host replays every case; the
 # ARM harness replays the sample again in the box). Every case under
-# qemu-arm-static takes some three minutes more: ctest --preset armhf-transcripts.
+# qemu-arm-static takes some 150 s more: ctest --preset armhf-transcripts.
 armhf() {
   cmake --workflow --preset armhf
   # One more than the processors: each case waits on files and processes.
