@@ -44,7 +44,7 @@ const freePort = () => new Promise((resolve) => {
     page.setDefaultTimeout(120000);
     const visits = [], dialogs = [];
     page.on('framenavigated', (f) => { if (f === page.mainFrame()) visits.push(new URL(f.url()).pathname); });
-    page.on('dialog', (d) => { dialogs.push(d.message()); d.accept(); });
+    page.on('dialog', (d) => { dialogs.push(d.message()); d.accept().catch(() => {}); });  // a frame may go first
     const post = async (keys) => {  // "Key=value" lines, typed into the page's fields
       for (const [key, value] of keys.split('\n').map((l) => l.split('='))) {
         await page.waitForSelector(`input[name=${key}]`);
