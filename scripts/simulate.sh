@@ -175,7 +175,9 @@ serve() {  # port; fails when the server does not come up there
     env -i PATH=/bin:/usr/bin:/usr/sbin chroot "$root" /bin/busybox httpd -f -p "127.0.0.1:$1" -h /web 2>&1 &
     server=$! limit=$(($(date +%s) + 5)) pause=0.1
   fi
-  until [ "$(curl -s --max-time 5 "http://127.0.0.1:$1/sim-id.txt")" = "$work" ]; do  # this server, not another
+  # This server, not another. Short tries: a connection made while the box
+  # boots waits on its user-mode network's retries, not on the server.
+  until [ "$(curl -s --max-time 2 "http://127.0.0.1:$1/sim-id.txt")" = "$work" ]; do
     if [ "$(date +%s)" -gt $limit ] || ! kill -0 $server 2>/dev/null; then
       kill $server 2>/dev/null || :
       wait $server || :

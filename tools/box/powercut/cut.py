@@ -161,6 +161,11 @@ class Box:
         while time.monotonic() < end and self.boot.poll() is None:
             if not self.qemu and os.path.exists(self.pidfile):
                 self.qemu = int(open(self.pidfile).read() or 0)
+            # Not before the box says it serves: a connection made while it
+            # boots waits on the user-mode network's retries, some 20 s.
+            if b'powercut: serving' not in open(self.console, 'rb').read():
+                time.sleep(0.05)
+                continue
             try:
                 r = request(self.port, '/cgi-bin/pc/state.cgi', timeout=60)
                 if r.startswith(b'HTTP/1.1 200 OK\r\n') and self.qemu:
